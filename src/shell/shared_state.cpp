@@ -1,0 +1,42 @@
+#include "shell/shared_state.h"
+
+#include <clocale>
+#include <cstdio>
+
+namespace recscope {
+
+SharedState &Shared() {
+  static SharedState state;
+  return state;
+}
+
+void ResetSharedState(SharedState &state) {
+  std::string folder = state.ProgramFolder;
+  state = SharedState{};
+  state.ProgramFolder = folder;
+  state.ComWorkPath = ProgramFilePath(folder, "COMWORK.DAT");
+  state.EndMarkerPath = ProgramFilePath(folder, "end");
+}
+
+std::string ProgramFilePath(const std::string &folder, const std::string &name) {
+  if (!folder.empty() && folder.back() == '/') return folder + name;
+  return folder + "/" + name;
+}
+
+void SetSeparators(SharedState &state, const std::string &decimalChar) {
+  state.DecimalChar = decimalChar.empty() ? "." : decimalChar.substr(0, 1);
+  state.ListSeparator = state.DecimalChar == "." ? "," : ";";
+}
+
+std::string LocaleDecimalChar() {
+  // The second character of the locale's text of 0.0.
+  const char *previous = std::setlocale(LC_NUMERIC, nullptr);
+  std::string saved = previous ? previous : "C";
+  std::setlocale(LC_NUMERIC, "");
+  char buffer[16];
+  std::snprintf(buffer, sizeof buffer, "%.1f", 0.0);
+  std::setlocale(LC_NUMERIC, saved.c_str());
+  return std::string(1, buffer[1]);
+}
+
+}  // namespace recscope
