@@ -8,6 +8,7 @@
 
 #include "shell/civil_time.h"
 #include "shell/home_folder.h"
+#include "shell/settings.h"
 #include "shell/shared_state.h"
 
 namespace recscope::cli {
@@ -33,7 +34,9 @@ void PrepareShell(const GlobalOptions &global) {
                                           QCoreApplication::applicationDirPath().toStdString());
   ResetSharedState(state);
   SetSeparators(state, global.decimalChar.empty() ? LocaleDecimalChar() : global.decimalChar);
-  state.DateFormatNo = static_cast<std::uint8_t>(global.dateFormat > 0 ? global.dateFormat : 1);
+  // Without --date-format the command uses the operator's choice in the settings.
+  state.DateFormatNo = global.dateFormat > 0 ? static_cast<std::uint8_t>(global.dateFormat)
+                                             : ReadDateType(ViewerComIniPath(state.ProgramFolder));
 }
 
 long long ParseCliTime(const std::string &text) {

@@ -1,12 +1,14 @@
 // recscope: the desktop program.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QTimer>
 
 #include <cstdlib>
 
 #include "shell/home_folder.h"
 #include "shell/main_window.h"
 #include "shell/shared_state.h"
+#include "shell/single_instance.h"
 
 int main(int argc, char *argv[]) {
   QApplication app(argc, argv);
@@ -20,13 +22,26 @@ int main(int argc, char *argv[]) {
   parser.addPositionalArgument("FILE", "Record files to open.", "[FILE...]");
   parser.process(app);
 
-  recscope::SharedState &state = recscope::Shared();
-  state.ProgramFolder = recscope::ResolveHomeFolder(
+  const std::string home = recscope::ResolveHomeFolder(
       parser.value(homeOption).toStdString(), std::getenv("RECSCOPE_HOME"),
       QCoreApplication::applicationDirPath().toStdString());
-  recscope::ResetSharedState(state);
+
+  // A program already running on this folder keeps it: return at once, silently.
+  recscope::InstanceLock instance;
+  if (!instance.acquire(QString::fromStdString(home))) return 0;
+
+  recscope::SharedState &state = recscope::Shared();
+  state.ProgramFolder = home;
+  recscope::ResetSharedState(state);  // also fixes ComWorkPath and EndMarkerPath
 
   recscope::MainWindow window;
+  window.load();
   window.show();
+
+  QStringList files;
+  for (const QString &file : parser.positionalArguments())
+    files.append(QString::fromStdString(recscope::AbsolutePath(file.toStdString())));
+  if (!files.isEmpty())
+    QTimer::singleShot(0, &window, [&window, files] { window.openFiles(files); });
   return app.exec();
 }

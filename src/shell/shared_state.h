@@ -48,6 +48,11 @@ struct SharedState {
   bool ShowMessages = true;
   bool ShowFlags = true;
 
+  // The automatic fetch: AutoRunning stands while a run is in progress (the main
+  // window then refuses to close), AutoStop asks the run to end at its next test.
+  bool AutoRunning = false;
+  bool AutoStop = false;
+
   std::string ProgramFolder;  // the home folder
   std::string ComWorkPath;
   std::string EndMarkerPath;

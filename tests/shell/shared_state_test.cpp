@@ -31,3 +31,15 @@ TEST(SharedState, CommaDecimalCharSeparatesListsWithSemicolon) {
   SetSeparators(s, ".");
   EXPECT_EQ(s.ListSeparator, ",");
 }
+
+TEST(SharedState, ProgramFolderAtTheRootGivesRootComWorkPath) {
+  SharedState s;
+  s.ProgramFolder = "/";
+  ResetSharedState(s);
+  EXPECT_EQ(s.ComWorkPath, "/COMWORK.DAT");
+  EXPECT_EQ(s.EndMarkerPath, "/end");
+  s.ProgramFolder = "/opt/rs";
+  ResetSharedState(s);
+  EXPECT_EQ(s.ComWorkPath, "/opt/rs/COMWORK.DAT");
+  EXPECT_FALSE(s.AutoRunning);
+}

@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include "gui_test_support.h"
+#include "shell/single_instance.h"
+
+using namespace recscope;
+
+TEST(InstanceLock, SecondLockOnTheSameFolderIsRefused) {
+  recscope::testing::App();
+  QTemporaryDir home;
+  InstanceLock first;
+  InstanceLock second;
+  InstanceLock other;
+  QTemporaryDir otherHome;
+  ASSERT_TRUE(first.acquire(home.path()));
+  EXPECT_FALSE(second.acquire(home.path()));
+  EXPECT_TRUE(other.acquire(otherHome.path()));
+  EXPECT_NE(InstanceLock::lockPath(home.path()), InstanceLock::lockPath(otherHome.path()));
+}
+
+TEST(InstanceLock, LockIsFreeAgainAfterTheFirstEnds) {
+  recscope::testing::App();
+  QTemporaryDir home;
+  {
+    InstanceLock first;
+    ASSERT_TRUE(first.acquire(home.path()));
+  }
+  InstanceLock again;
+  EXPECT_TRUE(again.acquire(home.path()));
+}
+
+// A second start of the program on the same folder returns at once with status
+// 0 and opens no window, while the first goes on running.
+TEST(InstanceLock, SecondStartOfTheProgramDoesNothing) {
+  recscope::testing::App();
+  QTemporaryDir home;
+  QTemporaryDir store;
+  const QString program = QStringLiteral(RECSCOPE_BINARY_DIR "/bin/recscope");
+  QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+  env.insert("QT_QPA_PLATFORM", "offscreen");
+  env.insert("XDG_CONFIG_HOME", store.path());
+
+  QProcess first;
+  first.setProcessEnvironment(env);
+  first.start(program, {"--home", home.path()});
+  ASSERT_TRUE(first.waitForStarted());
+  // The first start has stood up once its settings file is in place.
+  for (int i = 0; i < 100 && !QFile::exists(home.filePath("VIEWERCOM.INI")); ++i)
+    QThread::msleep(50);
+  ASSERT_TRUE(QFile::exists(home.filePath("VIEWERCOM.INI")));
+
+  QProcess second;
+  second.setProcessEnvironment(env);
+  second.start(program, {"--home", home.path()});
+  ASSERT_TRUE(second.waitForFinished(10000));
+  EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(second.exitCode(), 0);
+  EXPECT_EQ(first.state(), QProcess::Running);
+  // The second start wrote no stop line either: it never had a window.
+  EXPECT_FALSE(QFile::exists(home.filePath("LogMsg.txt")));
+
+  first.kill();
+  first.waitForFinished();
+}
