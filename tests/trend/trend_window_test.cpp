@@ -24,8 +24,10 @@ QApplication &App() {
   static int argc = 1;
   static char name[] = "trend_window_test";
   static char *argv[] = {name, nullptr};
-  static QApplication app(argc, argv);
-  return app;
+  // Kept to the end of the process: destroying it among the static objects at
+  // exit tears down the input devices twice.
+  static QApplication *app = new QApplication(argc, argv);
+  return *app;
 }
 
 struct WindowFixture : ::testing::Test {
