@@ -1,0 +1,161 @@
+// Redraw cost of the trend: ReduceDisplayData and TrendDraw into a 1920 x 1080
+// image, for a 10-channel group and the 72-channel tab, on the whole file and on
+// a zoomed span, for a record of 30,000,000 samples and one of 3,000.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <QGuiApplication>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+#include "shell/shared_state.h"
+#include "trend/render_request.h"
+
+namespace recscope {
+namespace {
+
+constexpr int kChannels = 72;
+
+QGuiApplication &App() {
+  static int argc = 1;
+  static char name[] = "trend_bench";
+  static char *argv[] = {name, nullptr};
+  static QGuiApplication app(argc, argv);
+  return app;
+}
+
+// Level files of a record whose channel c is a few slow waves across the whole
+// record, so that a picture of the whole file looks alike at any record length.
+// A row holds the minimum and maximum of its records (sampled at its first, middle
+// and last record). Levels below `firstReal` are left sparse (zeros): none of the
+// views measured here reads them.
+double Signal(double t, double records, int c) {
+  return 500 + 400 * std::sin(2 * M_PI * (c % 5 + 2) * t / records + c);
+}
+
+void WriteLevels(const RecordFileInfo &info, const std::string &folder, int slot, int firstReal) {
+  const int rowValues = 2 * kChannels;
+  const double records = info.RecordCount;
+  for (int k = 1; k <= info.TopLevel + 1; ++k) {
+    std::string path =
+        folder + "/Operation_" + std::to_string(slot) + "_" + std::to_string(k) + ".OPL";
+    std::int64_t rows = info.LevelRows[k - 1];
+    if (k < firstReal) {
+      std::ofstream(path, std::ios::binary).close();
+      std::filesystem::resize_file(path, static_cast<std::uintmax_t>(rows) * rowValues * 2);
+      continue;
+    }
+    std::ofstream out(path, std::ios::binary);
+    std::int64_t per = static_cast<std::int64_t>(std::pow(10.0, k - 1));
+    std::vector<std::int16_t> row(rowValues);
+    for (std::int64_t r = 0; r < rows; ++r) {
+      double t0 = static_cast<double>(r * per);
+      double t1 = std::min(t0 + per - 1, records - 1);
+      for (int c = 0; c < kChannels; ++c) {
+        double a = Signal(t0, records, c), b = Signal((t0 + t1) / 2, records, c),
+               e = Signal(t1, records, c);
+        row[2 * c] = static_cast<std::int16_t>(std::min({a, b, e}));
+        row[2 * c + 1] = static_cast<std::int16_t>(std::max({a, b, e}));
+      }
+      out.write(reinterpret_cast<const char *>(row.data()), rowValues * 2);
+    }
+  }
+}
+
+RecordFileInfo MakeRecord(std::int32_t records) {
+  RecordFileInfo info;
+  info.AnalogCount = kChannels;
+  for (int c = 0; c < kChannels; ++c) {
+    ChannelInfo ch;
+    ch.ChannelNo = static_cast<std::int16_t>(c + 1);
+    ch.Tag = "CH" + std::to_string(c + 1);
+    ch.ColorNo = static_cast<std::int16_t>(c % 14 + 1);
+    ch.Unit = "degC";
+    ch.ScaleHigh = 1000;
+    ch.DisplayHigh = 100;
+    ch.Decimals = 1;
+    info.Channels.push_back(ch);
+  }
+  info.ChannelTotal = kChannels;
+  for (int p = 0; p < 10; ++p) info.Groups[0].Members[p] = static_cast<std::int16_t>(p + 1);
+  info.Groups[0].GroupName = "TEN";
+  info.RecordCount = records;
+  info.FirstTime = 1700000000;
+  info.LastTime = info.FirstTime + records - 1;
+  int top = 0;
+  while (records / std::pow(10.0, top) >= 6000) ++top;
+  info.TopLevel = static_cast<std::int16_t>(top);
+  std::int64_t rows = records;
+  for (int k = 0; k <= top; ++k) {
+    info.LevelRows.push_back(static_cast<std::int32_t>(rows));
+    rows = (rows + 9) / 10;
+  }
+  return info;
+}
+
+struct Records {
+  std::filesystem::path folder;
+  SharedState state;
+  Records() {
+    folder = std::filesystem::temp_directory_path() /
+             ("recscope_trend_bench_" + std::to_string(::getpid()));
+    std::filesystem::create_directories(folder);
+    state.ProgramFolder = folder.string();
+    state.RecordFiles[1] = MakeRecord(30000000);
+    state.RecordFiles[2] = MakeRecord(3000);
+    state.SamplePeriods[1] = state.SamplePeriods[2] = 1;
+    WriteLevels(state.RecordFiles[1], folder.string(), 1, 3);
+    WriteLevels(state.RecordFiles[2], folder.string(), 2, 1);
+  }
+  ~Records() { std::filesystem::remove_all(folder); }
+};
+
+Records &Data() {
+  static Records records;
+  return records;
+}
+
+// slot 1: 30M samples, slot 2: 3000. group 1: ten channels, 9: all 72.
+// zoomed: 2,400 samples of the short record and 500,000 of the long one, both
+// more samples than the plot has columns, so both pictures have a full set.
+void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed) {
+  App();
+  Records &data = Data();
+  RenderRequest request;
+  request.state = &data.state;
+  request.slot = slot;
+  request.widthPx = 1920;
+  request.heightPx = 1080;
+  request.group = group;
+  const RecordFileInfo &info = data.state.RecordFiles[slot];
+  if (zoomed) {
+    std::int32_t span = slot == 1 ? 500000 : 2400;
+    request.from = info.FirstTime + (slot == 1 ? (info.LastTime - info.FirstTime) / 3 : 300);
+    request.to = *request.from + span;
+  }
+  TrendView base;
+  TrendLayout layout;
+  PrepareRenderView(request, base, layout);
+  for (auto _ : bench) {
+    TrendView view = base;
+    ReduceForLayout(request, view, layout);
+    QImage image = DrawTrendWindowImage(request, view, layout);
+    benchmark::DoNotOptimize(image.constBits());
+  }
+}
+
+BENCHMARK_CAPTURE(BM_TrendRedraw, long_10ch_whole, 1, 1, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, short_10ch_whole, 2, 1, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, long_10ch_zoomed, 1, 1, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, short_10ch_zoomed, 2, 1, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, long_72ch_whole, 1, 9, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, short_72ch_whole, 2, 9, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, long_72ch_zoomed, 1, 9, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, short_72ch_zoomed, 2, 9, true)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace recscope
+
+BENCHMARK_MAIN();

@@ -1,0 +1,100 @@
+#include "trend/render_request.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "trend/display_reduction.h"
+
+namespace recscope {
+
+namespace {
+
+std::int32_t PeriodOf(const SharedState &state, int slot) {
+  return std::max<std::int32_t>(state.SamplePeriods[slot], 1);
+}
+
+}  // namespace
+
+void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayout &layout) {
+  const SharedState &state = *request.state;
+  const RecordFileInfo &info = state.RecordFiles[request.slot];
+  int scales = std::clamp(request.scales, 1, 3);
+  InitTrendView(view, info, scales);
+  if (request.group >= 1 && request.group <= kGroupTabs && view.Groups[request.group - 1].HasTab)
+    view.CurrentGroup = static_cast<std::int16_t>(request.group);
+  FillSlotTexts(view);
+  if (request.from) view.DisplayStart = *request.from;
+  if (request.to) view.DisplayEnd = *request.to;
+  if (request.cursor1) {
+    view.Cursor1Set = true;
+    view.Cursor1Time = *request.cursor1;
+  }
+  if (request.cursor2) {
+    view.Cursor2Set = true;
+    view.Cursor2Time = *request.cursor2;
+  }
+  view.WaveMode = static_cast<std::int16_t>(request.waveMode == 2 ? 2 : 1);
+
+  std::int32_t width = request.widthPx * static_cast<std::int32_t>(kTwipsPerPixel);
+  std::int32_t height = request.heightPx * static_cast<std::int32_t>(kTwipsPerPixel);
+  layout = LayoutTrend(width, height, view.Group().ShownScales, request.horizontal);
+  // The start zones belong to the first layout; they follow the plot from there.
+  ResizeZones(view, kPlotOffset, kDesignPlotExtent, layout.PlotOrigin(), layout.ValueExtent());
+}
+
+void ReduceForLayout(const RenderRequest &request, TrendView &view, const TrendLayout &layout) {
+  const SharedState &state = *request.state;
+  ReduceDisplayData(view, state.RecordFiles[request.slot], PeriodOf(state, request.slot),
+                    layout.TimeExtent(), state.ProgramFolder, request.slot);
+}
+
+QImage DrawTrendWindowImage(const RenderRequest &request, TrendView &view,
+                            const TrendLayout &layout) {
+  SharedState &state = *request.state;
+  TrendScene scene;
+  scene.info = &state.RecordFiles[request.slot];
+  scene.alarms = &state.AlarmFiles[request.slot];
+  scene.flags = &state.FlagLists[request.slot];
+  scene.view = &view;
+  scene.layout = layout;
+  scene.showAlarms = state.ShowAlarms;
+  scene.showMessages = state.ShowMessages;
+  scene.showFlags = state.ShowFlags;
+  scene.dateFormatNo = state.DateFormatNo;
+  scene.decimalChar = state.DecimalChar;
+
+  QImage image(std::max(request.widthPx, 1), std::max(request.heightPx, 1), QImage::Format_RGB32);
+  image.fill(QColor(212, 208, 200));
+  QPainter painter(&image);
+  painter.scale(1.0 / kTwipsPerPixel, 1.0 / kTwipsPerPixel);
+  // Tab captions along the top, the current one raised.
+  painter.setFont(TrendFont(9));
+  double x = layout.TabStrip1.Left + 40;
+  for (int g = 1; g <= kGroupTabs; ++g) {
+    const TrendGroup &group = view.Groups[g - 1];
+    if (!group.HasTab) continue;
+    QString caption = QString::fromStdString(group.TabCaption);
+    double w = QFontMetricsF(painter.font()).horizontalAdvance(caption) + 200;
+    QRectF tab(x, g == view.CurrentGroup ? 20 : 60, w, layout.Picture2.Top - 60);
+    painter.fillRect(tab, g == view.CurrentGroup ? QColor(240, 240, 240) : QColor(200, 200, 200));
+    painter.setPen(QPen(Qt::black, 0));
+    painter.drawRect(tab);
+    PrintText(painter, x + 100, tab.top() + 40, caption);
+    x += w;
+  }
+  painter.translate(layout.Picture2.Left, layout.Picture2.Top);
+  ClearTrendSurfaces(painter, scene);
+  TrendDraw(painter, scene);
+  return image;
+}
+
+QImage RenderTrendImage(const RenderRequest &request) {
+  if (!request.state || request.slot < 1 || request.slot > kSlotCount) return {};
+  TrendView view;
+  TrendLayout layout;
+  PrepareRenderView(request, view, layout);
+  ReduceForLayout(request, view, layout);
+  return DrawTrendWindowImage(request, view, layout);
+}
+
+}  // namespace recscope

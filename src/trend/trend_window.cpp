@@ -1,0 +1,367 @@
+#include "trend/trend_window.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QWheelEvent>
+#include <cstdio>
+
+#include "shell/catalogue.h"
+#include "shell/shared_state.h"
+#include "trend/colour_table.h"
+#include "trend/display_reduction.h"
+#include "trend/zoom_setting_dialog.h"
+
+namespace recscope {
+
+namespace {
+
+constexpr int kCaption = 19500;
+constexpr int kCloseQuestion = 19503;
+
+std::function<void(int)> &CloseHook() {
+  static std::function<void(int)> hook;
+  return hook;
+}
+
+TrendMessageFn &MessageHandler() {
+  static TrendMessageFn handler = [](QWidget *parent, int, const QString &text, bool question) {
+    if (question)
+      return static_cast<int>(QMessageBox::question(
+          parent, QString(), text, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel));
+    QMessageBox::information(parent, QString(), text);
+    return static_cast<int>(QMessageBox::Ok);
+  };
+  return handler;
+}
+
+int Px(std::int32_t twips) { return static_cast<int>(twips / kTwipsPerPixel); }
+QRect PxRect(const Box &b, int dx = 0, int dy = 0) {
+  return QRect(Px(b.Left) + dx, Px(b.Top) + dy, Px(b.Width), Px(b.Height));
+}
+
+std::int32_t Period(int slot) { return std::max<std::int32_t>(Shared().SamplePeriods[slot], 1); }
+
+// Picture2: shows the drawn picture, drawn hidden and then shown whole.
+class PictureWidget : public QWidget {
+ public:
+  PictureWidget(TrendWindow *owner, QWidget *parent) : QWidget(parent), owner_(owner) {}
+
+ protected:
+  void paintEvent(QPaintEvent *) override {
+    QPainter painter(this);
+    painter.drawImage(QPoint(0, 0), owner_->picture());
+  }
+
+ private:
+  TrendWindow *owner_;
+};
+
+}  // namespace
+
+void SetTrendCloseHook(std::function<void(int)> hook) { CloseHook() = std::move(hook); }
+void SetTrendMessageHandler(TrendMessageFn handler) { MessageHandler() = std::move(handler); }
+int ShowTrendMessage(QWidget *parent, int messageId, const QString &text, bool question) {
+  return MessageHandler()(parent, messageId, text, question);
+}
+
+TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidget *parent)
+    : QWidget(parent), slot_(slot), horizontal_(horizontal) {
+  setObjectName(horizontal ? QStringLiteral("frmTrend") : QStringLiteral("frmTrend2"));
+  setProperty("slot", slot);
+  const RecordFileInfo &info = Shared().RecordFiles[slot];
+  InitTrendView(view_, info, Shared().ScaleCount);
+  if (keep) {
+    // A switch of orientation keeps cursors, the saved flag and the group state.
+    view_.Cursor1Set = keep->Cursor1Set;
+    view_.Cursor2Set = keep->Cursor2Set;
+    view_.Cursor1Time = keep->Cursor1Time;
+    view_.Cursor2Time = keep->Cursor2Time;
+    view_.DisplaySaved = keep->DisplaySaved;
+    view_.Groups = keep->Groups;
+    view_.CurrentGroup = keep->CurrentGroup;
+    view_.SlotValue = keep->SlotValue;
+    view_.DisplayStart = keep->DisplayStart;
+    view_.DisplayEnd = keep->DisplayEnd;
+    FillSlotTexts(view_);
+  }
+
+  tabs_ = new QTabBar(this);
+  tabs_->setObjectName(QStringLiteral("TabStrip1"));
+  for (int g = 1; g <= kGroupTabs; ++g) {
+    if (!view_.Groups[g - 1].HasTab) continue;
+    int index = tabs_->addTab(QString::fromStdString(view_.Groups[g - 1].TabCaption));
+    tabs_->setTabData(index, QStringLiteral("G%1").arg(g));
+  }
+  tabs_->setCurrentIndex(TabIndexOfGroup(view_, view_.CurrentGroup));
+  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) {
+    if (!updating_) selectGroup(GroupOfTabIndex(view_, index));
+  });
+
+  picture2_ = new PictureWidget(this, this);
+  picture2_->setObjectName(QStringLiteral("Picture2"));
+  scroll_ = new QScrollBar(horizontal ? Qt::Horizontal : Qt::Vertical, picture2_);
+  scroll_->setObjectName(horizontal ? QStringLiteral("HScroll1") : QStringLiteral("VScroll1"));
+  connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    if (!updating_) ScrollTo(value);
+  });
+  for (int i = 0; i < 3; ++i) {
+    upDown3_[i] = new QSpinBox(picture2_);
+    upDown3_[i]->setObjectName(QStringLiteral("UpDown3_%1").arg(i));
+    upDown3_[i]->setButtonSymbols(QAbstractSpinBox::UpDownArrows);
+    connect(upDown3_[i], &QSpinBox::valueChanged, this, [this, i](int value) {
+      if (updating_) return;
+      view_.SlotValue[i] = value;
+      view_.SelectedSlot = i;
+      FillSlotTexts(view_);
+      RedrawWholeView();
+    });
+  }
+
+  command1_ = new QPushButton(QStringLiteral("M"), this);
+  command1_->setObjectName(QStringLiteral("Command1"));
+  connect(command1_, &QPushButton::clicked, this, [this] {
+    view_.WaveMode = view_.WaveMode == 1 ? 2 : 1;
+    command1_->setText(view_.WaveMode == 1 ? QStringLiteral("M") : QStringLiteral("A"));
+    RedrawWholeView();
+  });
+  auto grey = [this](QSpinBox *&box, const char *name, int start, std::string TrendView::*field,
+                     int TrendView::*step) {
+    box = new QSpinBox(this);
+    box->setObjectName(QString::fromLatin1(name));
+    box->setRange(0, 10);
+    box->setValue(start);
+    connect(box, &QSpinBox::valueChanged, this, [this, field, step](int value) {
+      view_.*step = value;
+      view_.*field = ColourText(GreyOfStep(value));
+      view_.DisplaySaved = false;
+      RedrawWholeView();
+    });
+  };
+  grey(upDown1_, "UpDown1", view_.GridGrey, &TrendView::GridColor, &TrendView::GridGrey);
+  grey(upDown2_, "UpDown2", view_.BackGrey, &TrendView::BackColor, &TrendView::BackGrey);
+  chkAll_ = new QCheckBox(this);
+  chkAll_->setObjectName(QStringLiteral("chkAll"));
+  chkSingle_ = new QCheckBox(this);
+  chkSingle_->setObjectName(QStringLiteral("chkSingle"));
+  connect(chkAll_, &QCheckBox::toggled, this, [this](bool on) {
+    if (updating_) return;
+    TrendGroup &group = view_.Group();
+    for (std::size_t p = 0; p < group.ChannelOn.size(); ++p)
+      if (group.ChannelNo[p] != 0) group.ChannelOn[p] = on ? -1 : 0;
+    group.AllOn = on ? -1 : 0;
+    RedrawWholeView();
+  });
+  connect(chkSingle_, &QCheckBox::toggled, this, [this](bool on) {
+    if (updating_) return;
+    TrendGroup &group = view_.Group();
+    if (group.AllOn != 0) {
+      RedrawWholeView();  // resets the box: it follows chkAll while that is set
+      return;
+    }
+    int place = SlotToMember(group, view_.CurrentGroup, view_.SlotValue[0]);
+    if (place > 0) group.ChannelOn[place - 1] = on ? -1 : 0;
+    RedrawWholeView();
+  });
+
+  std::int32_t w = kFirstWidth, h = kFirstHeight;
+  resize(Px(w), Px(h));
+  setMinimumSize(Px(kMinWidth), Px(kMinHeight));
+}
+
+TrendScene TrendWindow::Scene() {
+  SharedState &state = Shared();
+  TrendScene scene;
+  scene.info = &state.RecordFiles[slot_];
+  scene.alarms = &state.AlarmFiles[slot_];
+  scene.flags = &state.FlagLists[slot_];
+  scene.view = &view_;
+  scene.layout = layout_;
+  scene.showAlarms = state.ShowAlarms;
+  scene.showMessages = state.ShowMessages;
+  scene.showFlags = state.ShowFlags;
+  scene.dateFormatNo = state.DateFormatNo;
+  scene.decimalChar = state.DecimalChar;
+  return scene;
+}
+
+void TrendWindow::LayoutControls() {
+  std::int32_t w = static_cast<std::int32_t>(width() * kTwipsPerPixel);
+  std::int32_t h = static_cast<std::int32_t>(height() * kTwipsPerPixel);
+  if (h == kMinimisedHeight) return;
+  layout_ = LayoutTrend(w, h, view_.Group().ShownScales, horizontal_);
+  ResizeZones(view_, plotOrigin_, plotExtent_, layout_.PlotOrigin(), layout_.ValueExtent());
+  plotOrigin_ = layout_.PlotOrigin();
+  plotExtent_ = layout_.ValueExtent();
+  tabs_->setGeometry(
+      PxRect(layout_.TabStrip1).adjusted(0, 0, 0, -Px(layout_.TabStrip1.Height) + 24));
+  picture2_->setGeometry(PxRect(layout_.Picture2));
+  scroll_->setGeometry(PxRect(layout_.Scroll));
+  for (int i = 0; i < 3; ++i) {
+    upDown3_[i]->setGeometry(PxRect(layout_.UpDown3[i]).adjusted(0, 0, 24, 0));
+    upDown3_[i]->setVisible(i < view_.Group().ShownScales);
+  }
+  QRect row = PxRect(layout_.BottomRow);
+  upDown1_->setGeometry(row.left(), row.top(), 50, 22);
+  upDown2_->setGeometry(row.left() + 60, row.top(), 50, 22);
+  command1_->setGeometry(row.left() + 120, row.top(), 30, 22);
+  chkAll_->setGeometry(row.left() + 160, row.top(), 22, 22);
+  chkSingle_->setGeometry(row.left() + 190, row.top(), 22, 22);
+}
+
+void TrendWindow::RedrawWholeView() {
+  view_.Busy = -1;
+  if (view_.RealTime == 0) {
+    ReduceDisplayData(view_, Shared().RecordFiles[slot_], Period(slot_), layout_.TimeExtent(),
+                      Shared().ProgramFolder, slot_);
+    bar_ = SetScrollRange(view_, Shared().RecordFiles[slot_], Period(slot_));
+  }
+  updating_ = true;
+  scroll_->setRange(bar_.Min, bar_.Max);
+  scroll_->setSingleStep(bar_.SmallChange);
+  scroll_->setPageStep(bar_.LargeChange);
+  scroll_->setValue(bar_.Value);
+  for (int i = 0; i < 3; ++i) {
+    upDown3_[i]->setRange(1, std::max<int>(view_.Group().MemberCount, 1));
+    upDown3_[i]->setValue(view_.SlotValue[i]);
+  }
+  chkAll_->setChecked(ChkAllValue(view_) == 1);
+  chkSingle_->setChecked(ChkSingleValue(view_) == 1);
+  updating_ = false;
+  TrendScene scene = Scene();
+  picture_ = DrawTrendImage(scene, devicePixelRatioF());
+  picture2_->update();
+  view_.Busy = 0;
+}
+
+void TrendWindow::ScrollTo(int value) {
+  if (!OnScroll(view_, Shared().RecordFiles[slot_], Period(slot_), bar_, value)) return;
+  view_.Busy = -1;
+  RedrawWholeView();
+  view_.ScrollValue = static_cast<std::int16_t>(scroll_->value());
+}
+
+void TrendWindow::Report(int messageId) {
+  if (messageId == 0) {
+    RedrawWholeView();
+    return;
+  }
+  MessageHandler()(this, messageId, QString::fromStdString(GetMessageText(messageId)), false);
+}
+
+void TrendWindow::onTimeAll() { Report(ShowWholeFile(view_, Shared().RecordFiles[slot_])); }
+void TrendWindow::onEnlarge() { Report(EnlargeSpan(view_, Period(slot_))); }
+void TrendWindow::onReduce() {
+  Report(ReduceSpan(view_, Shared().RecordFiles[slot_], Period(slot_)));
+}
+void TrendWindow::onBetweenCursors() { Report(ShowBetweenCursors(view_)); }
+
+void TrendWindow::onTimeSet() {
+  ZoomSettingDialog dialog(HighestReduction(Shared().RecordFiles[slot_]), this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  ApplyZoomSetting(view_, dialog.setting());
+  RedrawWholeView();
+}
+
+void TrendWindow::setScaleCount(int count) {
+  Shared().ScaleCount = static_cast<std::int16_t>(count);
+  SetShownScales(view_, count);
+  AssignScaleSlots(view_, count);
+  FillSlotTexts(view_);
+  LayoutControls();
+  RedrawWholeView();
+}
+
+void TrendWindow::selectGroup(int groupNo) {
+  if (groupNo < 1 || groupNo > kGroupTabs || !view_.Groups[groupNo - 1].HasTab) return;
+  view_.CurrentGroup = static_cast<std::int16_t>(groupNo);
+  view_.SelectedSlot = 0;
+  SetShownScales(view_, Shared().ScaleCount);
+  FillSlotTexts(view_);
+  updating_ = true;
+  tabs_->setCurrentIndex(TabIndexOfGroup(view_, groupNo));
+  updating_ = false;
+  LayoutControls();
+  RedrawWholeView();
+}
+
+void TrendWindow::resizeEvent(QResizeEvent *event) {
+  QWidget::resizeEvent(event);
+  LayoutControls();
+  RedrawWholeView();
+}
+
+void TrendWindow::wheelEvent(QWheelEvent *event) {
+  int steps = event->angleDelta().y() / 120;
+  if (steps == 0) return;
+  if (event->modifiers() & Qt::ControlModifier) {
+    if (steps > 0)
+      onEnlarge();
+    else
+      onReduce();
+  } else {
+    ScrollTo(std::clamp(view_.ScrollValue - steps, bar_.Min, bar_.Max));
+  }
+  event->accept();
+}
+
+void TrendWindow::closeEvent(QCloseEvent *event) {
+  if (askOnClose_ && !view_.DisplaySaved) {
+    std::string name = Shared().RecordFiles[slot_].FilePath;
+    std::size_t cut = name.find_last_not_of(' ');
+    name = cut == std::string::npos ? std::string() : name.substr(0, cut + 1);
+    int answer = MessageHandler()(
+        this, kCloseQuestion,
+        QString::fromStdString(GetMessageText(kCloseQuestion, "@FileName@", name)), true);
+    if (answer == QMessageBox::Cancel) {
+      event->ignore();
+      return;
+    }
+  }
+  event->accept();
+  if (CloseHook() && askOnClose_) CloseHook()(slot_);
+}
+
+QWidget *CreateTrendWindow(QMdiArea *mdi, int slot) {
+  bool horizontal = Shared().TrendOrientation != 0;
+  auto *window = new TrendWindow(slot, horizontal);
+  char number[8];
+  std::snprintf(number, sizeof number, "%02d", slot);
+  window->setWindowTitle(QString::fromStdString(GetMessageText(kCaption, "@FileNumber@", number) +
+                                                "[" + Shared().RecordFiles[slot].FilePath + "]"));
+  window->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
+  if (mdi) {
+    QMdiSubWindow *sub = mdi->addSubWindow(window);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->show();
+  } else {
+    window->show();
+  }
+  return window;
+}
+
+void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal) {
+  Shared().TrendOrientation = horizontal ? -1 : 0;
+  if (!mdi) return;
+  for (QMdiSubWindow *sub : mdi->subWindowList()) {
+    auto *old = qobject_cast<TrendWindow *>(sub->widget());
+    if (!old || old->horizontal() == horizontal) continue;
+    TrendView keep = old->view();
+    int slot = old->slot();
+    old->setAskOnClose(false);
+    sub->close();
+    auto *fresh = static_cast<TrendWindow *>(CreateTrendWindow(mdi, slot));
+    fresh->view() = keep;
+    fresh->selectGroup(keep.CurrentGroup);
+  }
+}
+
+}  // namespace recscope

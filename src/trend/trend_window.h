@@ -1,0 +1,96 @@
+#pragma once
+// The trend window of one open record, horizontal (frmTrend) or vertical
+// (frmTrend2): one class with an orientation. It shows and routes; the state,
+// the commands and the drawing live in the core and render files.
+#include <QImage>
+#include <QWidget>
+#include <functional>
+
+#include "trend/time_axis.h"
+#include "trend/trend_draw.h"
+#include "trend/trend_view.h"
+
+class QMdiArea;
+class QTabBar;
+class QScrollBar;
+class QPushButton;
+class QSpinBox;
+class QCheckBox;
+
+namespace recscope {
+
+class TrendWindow : public QWidget {
+  Q_OBJECT
+ public:
+  TrendWindow(int slot, bool horizontal, const TrendView *keep = nullptr,
+              QWidget *parent = nullptr);
+
+  int slot() const { return slot_; }
+  bool horizontal() const { return horizontal_; }
+  TrendView &view() { return view_; }
+  const ScrollBarState &scrollState() const { return bar_; }
+  const QImage &picture() const { return picture_; }
+  // Closing without the save question (the orientation switch).
+  void setAskOnClose(bool ask) { askOnClose_ = ask; }
+
+  // Main window commands on the active trend.
+  void onTimeAll();
+  void onEnlarge();
+  void onReduce();
+  void onTimeSet();
+  void onBetweenCursors();
+  void setScaleCount(int count);
+  void RedrawWholeView();
+  void selectGroup(int groupNo);
+
+ protected:
+  void resizeEvent(QResizeEvent *event) override;
+  void closeEvent(QCloseEvent *event) override;
+  void wheelEvent(QWheelEvent *event) override;
+
+ private:
+  void Report(int messageId);
+  void ScrollTo(int value);
+  void LayoutControls();
+  TrendScene Scene();
+
+  int slot_;
+  bool horizontal_;
+  bool askOnClose_ = true;
+  TrendView view_;
+  TrendLayout layout_;
+  ScrollBarState bar_;
+  QImage picture_;
+  QTabBar *tabs_ = nullptr;
+  QWidget *picture2_ = nullptr;
+  QScrollBar *scroll_ = nullptr;
+  QPushButton *command1_ = nullptr;
+  QSpinBox *upDown1_ = nullptr;
+  QSpinBox *upDown2_ = nullptr;
+  QCheckBox *chkAll_ = nullptr;
+  QCheckBox *chkSingle_ = nullptr;
+  QSpinBox *upDown3_[3] = {};
+  std::int32_t plotExtent_ = kDesignPlotExtent;
+  std::int32_t plotOrigin_ = kPlotOffset;
+  bool updating_ = false;
+};
+
+// Makes frmTrend or frmTrend2 for the slot by the shared orientation, with the
+// caption of the slot and its file, in the MDI area.
+QWidget *CreateTrendWindow(QMdiArea *mdi, int slot);
+
+// Rebuilds every open trend window in the other form, keeping cursors, groups and
+// the saved flag.
+void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal);
+
+// Called when a trend window has closed, with its slot: the slot's release.
+void SetTrendCloseHook(std::function<void(int slot)> hook);
+
+// How the windows ask and tell: replaced by tests. Returns the button pressed
+// (QMessageBox::StandardButton).
+using TrendMessageFn =
+    std::function<int(QWidget *parent, int messageId, const QString &text, bool question)>;
+void SetTrendMessageHandler(TrendMessageFn handler);
+int ShowTrendMessage(QWidget *parent, int messageId, const QString &text, bool question);
+
+}  // namespace recscope
