@@ -213,14 +213,19 @@ class PyramidBuilder {
       std::memcpy(a.values.data(), values, sizeof(std::int16_t) * static_cast<size_t>(columns_));
       std::memcpy(a.sums.data(), sums, sizeof(std::int32_t) * static_cast<size_t>(columns_));
     } else {
-      for (int c = 0; c < columns_; c += 2) {
-        a.values[c] = FoldLevelMin(a.values[c], values[c]);
-        a.values[c + 1] = FoldLevelMax(a.values[c + 1], values[c + 1]);
-        // A sum that leaves 32 bits is a failure of the build, not a wrapped number.
-        if (__builtin_add_overflow(a.sums[c], sums[c], &a.sums[c]) ||
-            __builtin_add_overflow(a.sums[c + 1], sums[c + 1], &a.sums[c + 1]))
-          throw BuildFailure();
+      // Separate passes over the columns keep each loop simple enough to vectorise.
+      std::int16_t *v = a.values.data();
+      for (int c = 0; c < columns_; c += 2) v[c] = FoldLevelMin(v[c], values[c]);
+      for (int c = 1; c < columns_; c += 2) v[c] = FoldLevelMax(v[c], values[c]);
+      std::int32_t *s = a.sums.data();
+      bool overflow = false;
+      for (int c = 0; c < columns_; ++c) {
+        const std::int64_t total = static_cast<std::int64_t>(s[c]) + sums[c];
+        overflow |= total != static_cast<std::int32_t>(total);
+        s[c] = static_cast<std::int32_t>(total);
       }
+      // A sum that leaves 32 bits is a failure of the build, not a wrapped number.
+      if (overflow) throw BuildFailure();
     }
     if (++a.rows == base_) EmitAccumulated(level);
   }
