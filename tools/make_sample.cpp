@@ -2,7 +2,7 @@
 // 10-second period, twelve analog channels in three groups and three digital
 // inputs, with alarms, messages and flags. Deterministic: the same bytes on
 // every run. Usage: make_sample OUTDIR  (writes OUTDIR/SHEAT01.FDT, AHEAT01.FDT,
-// FHEAT01.FDT and the text-format twin in OUTDIR/text/).
+// FHEAT01.FDT and a text-format twin of the first twelve hours in OUTDIR/text/).
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -238,9 +238,9 @@ int main(int argc, char **argv) {
   }
   const std::string folder = argv[1];
   const int threeDays = 3 * 86400 / recscope::kPeriod;
-  const int sixHours = 6 * 3600 / recscope::kPeriod;
+  const int halfDay = 12 * 3600 / recscope::kPeriod;
   if (!recscope::WriteFamily(folder, 2, threeDays) ||
-      !recscope::WriteFamily(folder + "/text", 1, sixHours)) {
+      !recscope::WriteFamily(folder + "/text", 1, halfDay)) {
     std::fprintf(stderr, "make_sample: cannot write into %s\n", folder.c_str());
     return 3;
   }

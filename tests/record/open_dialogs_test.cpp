@@ -107,6 +107,14 @@ TEST_F(OpenDialogs, OpeningMakesTheSlotWindowAndClosingItFreesTheSlot) {
   EXPECT_TRUE(std::filesystem::is_empty(Shared().ProgramFolder));
 }
 
+TEST_F(OpenDialogs, CommittedSampleOpensInAWindow) {
+  const QString path = QStringLiteral(RECSCOPE_SOURCE_DIR "/samples/SHEAT01.FDT");
+  ASSERT_TRUE(OpenRecordPath(nullptr, area, path));
+  ASSERT_EQ(area->subWindowList().size(), 1);
+  EXPECT_TRUE(area->subWindowList().first()->widget()->windowTitle().endsWith("[" + path + "]"));
+  EXPECT_TRUE(refusals.isEmpty());
+}
+
 TEST_F(OpenDialogs, RefusalShowsTheCatalogueTextAndMakesNoWindow) {
   RecordFileInfo info = MakeInfo(2, 0);
   const std::string path =

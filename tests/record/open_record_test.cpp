@@ -259,6 +259,30 @@ TEST_F(OpenRecord, BinaryAlarmFileWithPositiveWordIsRefusedWith11190) {
   EXPECT_TRUE(HomeIsEmpty());
 }
 
+TEST_F(OpenRecord, CommittedSampleFamiliesOpenWithTheirCompanions) {
+  const std::string samples = std::string(RECSCOPE_SOURCE_DIR) + "/samples";
+  for (const std::string &path : {samples + "/SHEAT01.FDT", samples + "/text/SHEAT01.FDT"}) {
+    OpenOutcome out = OpenRecordFile(state, path);
+    ASSERT_TRUE(out.opened) << path;
+    const RecordFileInfo &info = state.RecordFiles[out.slot];
+    const bool binary = info.FileFormat == 2;
+    EXPECT_EQ(info.FileFormat, binary ? 2 : 1);
+    // Three days (binary) or twelve hours (text) at a 10-second period.
+    EXPECT_EQ(info.RecordCount, binary ? 3 * 8640 : 12 * 360);
+    EXPECT_EQ(info.LastTime - info.FirstTime, 10 * (info.RecordCount - 1));
+    EXPECT_EQ(info.AnalogCount, 12);
+    EXPECT_EQ(info.DiCount, 3);
+    EXPECT_EQ(info.Channels[4].ScaleKind, 1);
+    EXPECT_FALSE(state.AlarmFiles[out.slot].AlarmPath.empty());
+    EXPECT_GT(state.AlarmFiles[out.slot].AlarmCount, 0);
+    EXPECT_GT(state.AlarmFiles[out.slot].MessageCount, 0);
+    EXPECT_FALSE(state.FlagPaths[out.slot].empty());
+    EXPECT_FALSE(state.FlagLists[out.slot].empty());
+    CloseRecordSlot(state, out.slot);
+  }
+  EXPECT_TRUE(HomeIsEmpty());
+}
+
 TEST_F(OpenRecord, MissingFileIsAWrongFile) {
   EXPECT_EQ(OpenRecordFile(state, home.Path("records/SNONE01.FDT")).messageId, 11190);
   EXPECT_TRUE(HomeIsEmpty());
