@@ -1,0 +1,24 @@
+#pragma once
+// dlgRead: the small modeless dialog that shows the progress of an open. It has
+// no button: an open cannot be stopped.
+#include <QDialog>
+
+class QLabel;
+class QProgressBar;
+
+namespace recscope {
+
+class ReadDialog : public QDialog {
+  Q_OBJECT
+ public:
+  explicit ReadDialog(QWidget *parent = nullptr);
+  // Moves the bar and lets the window system catch up.
+  void SetProgress(int value, int maximum);
+  QProgressBar *bar() const { return bar_; }
+
+ private:
+  QLabel *label_ = nullptr;
+  QProgressBar *bar_ = nullptr;
+};
+
+}  // namespace recscope
