@@ -31,12 +31,12 @@ struct ChannelPlan {
 };
 
 const ChannelPlan kChannels[12] = {
-    {"炉内温度 上", "degC", 0, 1, 0, 12000, 1}, {"炉内温度 中", "degC", 1, 1, 0, 12000, 1},
-    {"炉内温度 下", "degC", 1, 1, 0, 12000, 1}, {"ワーク温度", "degC", 2, 1, 0, 12000, 1},
-    {"真空度", "Pa", 1, 1, -5, 3, 17},          {"冷却水温度", "degC", 1, 1, 0, 800, 2},
-    {"排気温度", "degC", 1, 1, 0, 6000, 1},     {"N2流量", "m3/h", 1, 2, 0, 5000, 3},
-    {"炉圧", "kPa", 1, 1, 0, 2000, 3},          {"ヒータ電流", "A", 2, 1, 0, 3000, 3},
-    {"O2濃度", "%", 1, 2, 0, 2500, 3},          {"外気温度", "degC", 1, 1, -200, 500, 2},
+    {"炉内温度 上", "ﾟC", 0, 1, 0, 12000, 1}, {"炉内温度 中", "ﾟC", 1, 1, 0, 12000, 1},
+    {"炉内温度 下", "ﾟC", 1, 1, 0, 12000, 1}, {"ワーク温度", "ﾟC", 2, 1, 0, 12000, 1},
+    {"真空度", "Pa", 1, 1, -5, 3, 17},        {"冷却水温度", "ﾟC", 1, 1, 0, 800, 2},
+    {"排気温度", "ﾟC", 1, 1, 0, 6000, 1},     {"N2流量", "m3/h", 1, 2, 0, 5000, 3},
+    {"炉圧", "kPa", 1, 1, 0, 2000, 3},        {"ヒータ電流", "A", 2, 1, 0, 3000, 3},
+    {"O2濃度", "%", 1, 2, 0, 2500, 3},        {"外気温度", "ﾟC", 1, 1, -200, 500, 2},
 };
 
 RecordFileInfo FurnaceInfo(const std::string &fileName) {
@@ -52,7 +52,7 @@ RecordFileInfo FurnaceInfo(const std::string &fileName) {
     ChannelInfo c;
     c.ChannelNo = static_cast<std::int16_t>(i + 1);
     c.Tag = p.tag;
-    c.ColorNo = static_cast<std::int16_t>(i);
+    c.ColorNo = static_cast<std::int16_t>(i + 1);
     c.InputType = static_cast<std::int16_t>(p.inputType);
     c.Unit = p.unit;
     c.ScaleLow = static_cast<std::int16_t>(p.scaleLow);

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 
+#include "app/desktop_commands.h"
 #include "shell/home_folder.h"
 #include "shell/main_window.h"
 #include "shell/shared_state.h"
@@ -35,6 +36,7 @@ int main(int argc, char *argv[]) {
   recscope::ResetSharedState(state);  // also fixes ComWorkPath and EndMarkerPath
 
   recscope::MainWindow window;
+  recscope::ConnectDesktopCommands(window);
   window.load();
   window.show();
 

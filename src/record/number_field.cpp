@@ -29,6 +29,8 @@ std::optional<std::int32_t> ReadIntegerField(std::string_view field) {
 
 std::optional<std::int32_t> ReadNumberField(std::string_view field, int decimals) {
   if (decimals <= 0 || field.size() < 7) return ReadIntegerField(field);
+  // A point can stand no further left than the field's first character.
+  if (decimals > 6) return std::nullopt;
   const size_t point = 7 - static_cast<size_t>(decimals) - 1;  // 0-based place of the point
   std::string joined(field.substr(0, point));
   joined += field.substr(point + 1, static_cast<size_t>(decimals));

@@ -51,6 +51,8 @@ QWidget *MakePlainTrendWindow(int slot) {
   window->setObjectName("frmTrend");
   window->setProperty("slot", slot);
   window->resize(640, 400);
+  // The plain window owns its slot: its end frees it.
+  QObject::connect(window, &QObject::destroyed, [slot] { CloseRecordSlot(Shared(), slot); });
   return window;
 }
 
@@ -73,7 +75,6 @@ bool OpenRecordPath(QWidget *parent, QMdiArea *mdi, const QString &path, OpenOut
   QWidget *window = Factory()(slot);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowTitle(TrendWindowCaption(slot));
-  QObject::connect(window, &QObject::destroyed, [slot] { CloseRecordSlot(Shared(), slot); });
   if (mdi) {
     QMdiSubWindow *sub = mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);

@@ -13,7 +13,7 @@ class QWidget;
 namespace recscope {
 
 // Makes the window that shows an opened slot. The window is deleted when it is
-// closed; its deletion frees the slot.
+// closed, and it frees its slot (CloseRecordSlot) when it ends.
 using TrendWindowFactory = std::function<QWidget *(int slot)>;
 void SetTrendWindowFactory(TrendWindowFactory factory);
 

@@ -1,5 +1,7 @@
 #include "trend/display_reduction.h"
 
+#include "record/working_files.h"
+
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -29,12 +31,6 @@ std::vector<std::int16_t> ReadLevelRows(const std::string &path, std::int64_t fi
 }
 
 }  // namespace
-
-std::string LevelValueFilePath(const std::string &programFolder, int slot, int level) {
-  std::string folder = programFolder;
-  if (!folder.empty() && folder.back() == '/') folder.pop_back();
-  return folder + "/Operation_" + std::to_string(slot) + "_" + std::to_string(level + 1) + ".OPL";
-}
 
 void ReduceDisplayData(TrendView &view, const RecordFileInfo &info, std::int32_t period,
                        std::int32_t width, const std::string &programFolder, int slot) {
@@ -101,7 +97,7 @@ void ReduceDisplayData(TrendView &view, const RecordFileInfo &info, std::int32_t
   const int N = static_cast<int>(info.Channels.size() + info.Dis.size());
   const int rowValues = 2 * N;
   std::vector<std::int16_t> rows =
-      ReadLevelRows(LevelValueFilePath(programFolder, slot, L), first, R, rowValues);
+      ReadLevelRows(WorkingFilePath(programFolder, slot, L + 1, false), first, R, rowValues);
 
   // 10. Fold the rows into columns: each column is the true minimum and maximum of
   // the rows under it.

@@ -9,10 +9,6 @@
 
 namespace recscope {
 
-// Path of the value rows of a power-of-ten level L (0: one row a record), which is
-// working-file level L + 1 of the slot.
-std::string LevelValueFilePath(const std::string &programFolder, int slot, int level);
-
 // Reduces DisplayStart..DisplayEnd (moved onto samples, and onto level rows when
 // a level is used) to DispData, and sets PlotSpan, ColumnCount, DataColumnCount
 // and LevelInUse. `width` is the plot's extent along the time axis, in twips.

@@ -61,3 +61,9 @@ TEST(NumberField, PointInPlace) {
   EXPECT_FALSE(ReadNumberField("  ab.cd", 2));
   EXPECT_FALSE(ReadNumberField("       ", 0));
 }
+
+TEST(NumberField, MoreDecimalsThanTheFieldHoldsIsNoNumber) {
+  EXPECT_FALSE(ReadNumberField("1234567", 7));
+  EXPECT_FALSE(ReadNumberField("1234567", 9));
+  EXPECT_EQ(*ReadNumberField("1.23456", 5), 123456);
+}

@@ -1,4 +1,5 @@
 #include "trend/display_reduction.h"
+#include "record/working_files.h"
 
 #include <gtest/gtest.h>
 
@@ -139,9 +140,9 @@ TEST(ReduceDisplayData, PlotTooNarrowForAColumnDrawsNothing) {
   EXPECT_EQ(view.DataColumnCount, 0);
 }
 
-TEST(ReduceDisplayData, LevelFilePathIsOneAboveThePower) {
-  EXPECT_EQ(LevelValueFilePath("/home/x", 3, 0), "/home/x/Operation_3_1.OPL");
-  EXPECT_EQ(LevelValueFilePath("/home/x/", 12, 2), "/home/x/Operation_12_3.OPL");
+TEST(ReduceDisplayData, LevelLFileIsWorkingFileLPlusOne) {
+  EXPECT_EQ(WorkingFilePath("/home/x", 3, 1, false), "/home/x/Operation_3_1.OPL");
+  EXPECT_EQ(WorkingFilePath("/home/x/", 12, 3, false), "/home/x/Operation_12_3.OPL");
 }
 
 }  // namespace
