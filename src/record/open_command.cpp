@@ -76,9 +76,12 @@ bool OpenRecordPath(QWidget *parent, QMdiArea *mdi, const QString &path, OpenOut
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowTitle(TrendWindowCaption(slot));
   if (mdi) {
+    const QSize firstSize = window->size();
     QMdiSubWindow *sub = mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->show();
+    // The frame takes the window's own first size, plus its title and borders.
+    sub->resize(firstSize + (sub->size() - window->size()));
   } else {
     window->show();
   }
