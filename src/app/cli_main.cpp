@@ -12,6 +12,13 @@
 
 namespace {
 
+// Qt's own notes (a missing runtime folder and the like) are not the system's
+// messages: stderr belongs to the command's one-line report.
+void QuietQtMessages(QtMsgType type, const QMessageLogContext &, const QString &text) {
+  if (type == QtCriticalMsg || type == QtFatalMsg)
+    std::fprintf(stderr, "recscope-cli: %s\n", text.toLocal8Bit().constData());
+}
+
 void PrintUsage(FILE *out) {
   std::fputs(
       "Usage: recscope-cli [GLOBAL OPTIONS] SUBCOMMAND [ARGS]\n"
@@ -79,6 +86,7 @@ int main(int argc, char *argv[]) {
     // Drawing needs a QGuiApplication; the offscreen platform keeps the batch
     // command free of any display.
     if (std::getenv("QT_QPA_PLATFORM") == nullptr) setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    qInstallMessageHandler(QuietQtMessages);
     int qtArgc = 1;
     QGuiApplication app(qtArgc, argv);
     try {

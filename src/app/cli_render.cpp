@@ -1,6 +1,5 @@
 // recscope-cli render: the trend window of a record drawn into a PNG, and the
 // timing of further redraws stepping across the record.
-#include <QGuiApplication>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -27,7 +26,7 @@ int ParseInt(const std::string &text, int &out) {
   }
 }
 
-int RunRender(const GlobalOptions &global, const std::vector<std::string> &args) {
+int RunRender(const GlobalOptions &, const std::vector<std::string> &args) {
   ParsedArgs parsed;
   std::string error;
   if (!ParseArgs(args,
@@ -73,13 +72,6 @@ int RunRender(const GlobalOptions &global, const std::vector<std::string> &args)
   if (request.widthPx < 1 || request.heightPx < 1 || request.scales < 1 || request.scales > 3 ||
       frames < 0)
     return UsageError("size, scales or frames out of range");
-
-  PrepareShell(global);
-  static int argc = 1;
-  static char name[] = "recscope-cli";
-  static char *argv[] = {name, nullptr};
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication app(argc, argv);
 
   SharedState &state = Shared();
   std::string path = std::filesystem::absolute(parsed.positional[0]).string();
