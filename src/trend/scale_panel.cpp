@@ -101,12 +101,15 @@ void ScaleLabel(QPainter &painter, double x, double y, const QString &value, boo
     PrintText(painter, left, y, value);
     return;
   }
-  PrintText(painter, left, y, QStringLiteral("10"));
+  // The exponent, sign included, stands raised just after "10": 100 twips on,
+  // or further when "10" is wider than that in this font, since a minus sign
+  // printed over the "0" is lost in it.
+  QSizeF base = PrintText(painter, left, y, QStringLiteral("10"));
   QFont font = painter.font();
   QFont small = font;
-  small.setPixelSize(std::max(1, font.pixelSize() / 2 + 40));
+  small.setPixelSize(std::max(1, font.pixelSize() / 2 + 40));  // half the size plus 2 points
   painter.setFont(small);
-  PrintText(painter, left + 100 + 60, y - 50, value);
+  PrintText(painter, left + std::max(100.0, base.width()), y - 50, value);
   painter.setFont(font);
 }
 

@@ -6,6 +6,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
@@ -18,6 +19,7 @@
 #include "shell/shared_state.h"
 #include "trend/colour_table.h"
 #include "trend/display_reduction.h"
+#include "trend/scale_edit_dialog.h"
 #include "trend/zoom_setting_dialog.h"
 
 namespace recscope {
@@ -59,6 +61,14 @@ class PictureWidget : public QWidget {
   void paintEvent(QPaintEvent *) override {
     QPainter painter(this);
     painter.drawImage(QPoint(0, 0), owner_->picture());
+  }
+  // The scale panels are drawn into this picture: a double click on one of them
+  // edits the scale of its member.
+  void mouseDoubleClickEvent(QMouseEvent *event) override {
+    int panel = owner_->scalePanelAt(event->position());
+    if (panel < 0) return QWidget::mouseDoubleClickEvent(event);
+    event->accept();
+    owner_->openScaleEdit(panel);
   }
 
  private:
@@ -268,6 +278,26 @@ void TrendWindow::onTimeSet() {
   ZoomSettingDialog dialog(HighestReduction(Shared().RecordFiles[slot_]), this);
   if (dialog.exec() != QDialog::Accepted) return;
   ApplyZoomSetting(view_, dialog.setting());
+  RedrawWholeView();
+}
+
+int TrendWindow::scalePanelAt(const QPointF &point) const {
+  const double x = point.x() * kTwipsPerPixel;
+  const double y = point.y() * kTwipsPerPixel;
+  for (int i = 0; i < view_.Group().ShownScales && i < 3; ++i) {
+    const Box &b = layout_.Picture3[i];
+    if (x >= b.Left && x < b.Left + b.Width && y >= b.Top && y < b.Top + b.Height) return i;
+  }
+  return -1;
+}
+
+void TrendWindow::openScaleEdit(int panel) {
+  if (panel < 0 || panel > 2) return;
+  int channelIndex = SlotChannelIndex(view_, panel);
+  if (channelIndex < 1) return;
+  ScaleEditDialog dialog(Shared().RecordFiles[slot_], channelIndex, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  view_.DisplaySaved = false;
   RedrawWholeView();
 }
 

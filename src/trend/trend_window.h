@@ -42,6 +42,11 @@ class TrendWindow : public QWidget {
   void setScaleCount(int count);
   void RedrawWholeView();
   void selectGroup(int groupNo);
+  // dlglenge for the member of scale panel Picture3(panel); an accepted edit
+  // redraws the plot and the panels and leaves the display unsaved.
+  void openScaleEdit(int panel);
+  // The shown scale panel under a point of Picture2 (pixels), or -1.
+  int scalePanelAt(const QPointF &point) const;
 
  protected:
   void resizeEvent(QResizeEvent *event) override;
