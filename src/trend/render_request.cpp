@@ -42,6 +42,21 @@ void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayou
   ResizeZones(view, kPlotOffset, kDesignPlotExtent, layout.PlotOrigin(), layout.ValueExtent());
 }
 
+TrendScene SlotScene(SharedState &state, int slot, TrendView &view, const TrendLayout &layout) {
+  TrendScene scene;
+  scene.info = &state.RecordFiles[slot];
+  scene.alarms = &state.AlarmFiles[slot];
+  scene.flags = &state.FlagLists[slot];
+  scene.view = &view;
+  scene.layout = layout;
+  scene.showAlarms = state.ShowAlarms;
+  scene.showMessages = state.ShowMessages;
+  scene.showFlags = state.ShowFlags;
+  scene.dateFormatNo = state.DateFormatNo;
+  scene.decimalChar = state.DecimalChar;
+  return scene;
+}
+
 void ReduceForLayout(const RenderRequest &request, TrendView &view, const TrendLayout &layout) {
   const SharedState &state = *request.state;
   ReduceDisplayData(view, state.RecordFiles[request.slot], PeriodOf(state, request.slot),
@@ -50,18 +65,7 @@ void ReduceForLayout(const RenderRequest &request, TrendView &view, const TrendL
 
 QImage DrawTrendWindowImage(const RenderRequest &request, TrendView &view,
                             const TrendLayout &layout) {
-  SharedState &state = *request.state;
-  TrendScene scene;
-  scene.info = &state.RecordFiles[request.slot];
-  scene.alarms = &state.AlarmFiles[request.slot];
-  scene.flags = &state.FlagLists[request.slot];
-  scene.view = &view;
-  scene.layout = layout;
-  scene.showAlarms = state.ShowAlarms;
-  scene.showMessages = state.ShowMessages;
-  scene.showFlags = state.ShowFlags;
-  scene.dateFormatNo = state.DateFormatNo;
-  scene.decimalChar = state.DecimalChar;
+  TrendScene scene = SlotScene(*request.state, request.slot, view, layout);
 
   QImage image(std::max(request.widthPx, 1), std::max(request.heightPx, 1), QImage::Format_RGB32);
   image.fill(QColor(212, 208, 200));

@@ -26,6 +26,10 @@ struct RenderRequest {
   double devicePixelRatio = 1.0;
 };
 
+// What one drawing of a slot's trend needs: the slot's record, events and flags,
+// the view and layout, and the shared switches and formats.
+TrendScene SlotScene(SharedState &state, int slot, TrendView &view, const TrendLayout &layout);
+
 // The view state and layout of a request: groups, range, cursors, scales.
 void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayout &layout);
 

@@ -19,6 +19,7 @@
 #include "shell/shared_state.h"
 #include "trend/colour_table.h"
 #include "trend/display_reduction.h"
+#include "trend/render_request.h"
 #include "trend/scale_edit_dialog.h"
 #include "trend/zoom_setting_dialog.h"
 
@@ -187,21 +188,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidg
   setMinimumSize(Px(kMinWidth), Px(kMinHeight));
 }
 
-TrendScene TrendWindow::Scene() {
-  SharedState &state = Shared();
-  TrendScene scene;
-  scene.info = &state.RecordFiles[slot_];
-  scene.alarms = &state.AlarmFiles[slot_];
-  scene.flags = &state.FlagLists[slot_];
-  scene.view = &view_;
-  scene.layout = layout_;
-  scene.showAlarms = state.ShowAlarms;
-  scene.showMessages = state.ShowMessages;
-  scene.showFlags = state.ShowFlags;
-  scene.dateFormatNo = state.DateFormatNo;
-  scene.decimalChar = state.DecimalChar;
-  return scene;
-}
+TrendScene TrendWindow::Scene() { return SlotScene(Shared(), slot_, view_, layout_); }
 
 void TrendWindow::LayoutControls() {
   std::int32_t w = static_cast<std::int32_t>(width() * kTwipsPerPixel);
@@ -369,9 +356,12 @@ QWidget *CreateTrendWindow(QMdiArea *mdi, int slot) {
                                                 "[" + Shared().RecordFiles[slot].FilePath + "]"));
   window->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
   if (mdi) {
+    const QSize firstSize = window->size();
     QMdiSubWindow *sub = mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->show();
+    // The frame takes the window's own first size, plus its title and borders.
+    sub->resize(firstSize + (sub->size() - window->size()));
   } else {
     window->show();
   }
