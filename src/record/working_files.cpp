@@ -14,7 +14,8 @@
 
 #include "platform/disk_space.h"
 #include "record/level_fold.h"
-#include "record/number_field.h"
+#include "record/level_rows.h"
+#include "record/row_writer.h"
 #include "shell/rounding.h"
 
 namespace recscope {
@@ -98,72 +99,6 @@ static std::int64_t NeededBytesFixed(const RecordFileInfo &info) {
 
 namespace {
 
-// One output file with a large buffer: rows are appended and written in big blocks.
-class BufferedOutput {
- public:
-  explicit BufferedOutput(const std::string &path) {
-    fd_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    buffer_.resize(kBufferBytes);
-  }
-  ~BufferedOutput() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  BufferedOutput(const BufferedOutput &) = delete;
-  BufferedOutput &operator=(const BufferedOutput &) = delete;
-
-  bool ok() const { return fd_ >= 0 && ok_; }
-  void Append(const void *data, std::size_t bytes) {
-    if (used_ + bytes > buffer_.size()) Flush();
-    if (bytes > buffer_.size()) {
-      WriteAll(static_cast<const char *>(data), bytes);
-      return;
-    }
-    std::memcpy(buffer_.data() + used_, data, bytes);
-    used_ += bytes;
-  }
-  bool Close() {
-    Flush();
-    if (fd_ >= 0 && ::close(fd_) != 0) ok_ = false;
-    fd_ = -1;
-    return ok_;
-  }
-
- private:
-  static constexpr std::size_t kBufferBytes = 1 << 20;
-  void Flush() {
-    WriteAll(buffer_.data(), used_);
-    used_ = 0;
-  }
-  void WriteAll(const char *p, std::size_t bytes) {
-    while (bytes > 0 && ok_ && fd_ >= 0) {
-      ssize_t n = ::write(fd_, p, bytes);
-      if (n < 0) {
-        if (errno == EINTR) continue;
-        ok_ = false;
-        return;
-      }
-      p += n;
-      bytes -= static_cast<std::size_t>(n);
-    }
-  }
-  int fd_ = -1;
-  bool ok_ = true;
-  std::vector<char> buffer_;
-  std::size_t used_ = 0;
-};
-
-// Where a channel's columns of level 1 come from in a data record.
-struct ColumnSource {
-  int firstUnit = 0;  // analog: index of its first unit; text DI: index of its first unit
-  bool twoUnits = false;
-  bool analog = true;
-  int diBit = 0;  // binary DI: bit 2n-2 of the DI word
-};
-
-struct BuildFailure : std::runtime_error {
-  BuildFailure() : std::runtime_error("working files") {}
-};
-
 // A row of one level in the making, folded from the rows of the level below.
 struct LevelAccumulator {
   std::vector<std::int16_t> values;  // min, max per channel
@@ -171,12 +106,19 @@ struct LevelAccumulator {
   int rows = 0;
 };
 
+struct WriteFailure {};
+
+// The levels above level 1: each takes ten rows of the level below into one
+// and writes it as soon as it is whole.
 class PyramidBuilder {
  public:
-  PyramidBuilder(int channelTotal, int levels, int levelBase,
-                 std::vector<std::unique_ptr<BufferedOutput>> &valueOut,
-                 std::vector<std::unique_ptr<BufferedOutput>> &sumOut)
-      : columns_(2 * channelTotal), base_(levelBase), valueOut_(valueOut), sumOut_(sumOut) {
+  PyramidBuilder(int channelTotal, int levels, int levelBase, RowWriter &writer,
+                 const std::vector<int> &valueFiles, const std::vector<int> &sumFiles)
+      : columns_(2 * channelTotal),
+        base_(levelBase),
+        writer_(writer),
+        valueFiles_(valueFiles),
+        sumFiles_(sumFiles) {
     acc_.resize(static_cast<size_t>(levels));
     for (auto &a : acc_) {
       a.values.resize(static_cast<size_t>(columns_));
@@ -184,101 +126,55 @@ class PyramidBuilder {
     }
   }
 
-  // A level-1 row: written at once, then folded into the level above.
-  void AddRow(const std::int16_t *values, const std::int32_t *sums) { Emit(0, values, sums); }
+  // Level-1 rows already written: folded into level 2 and, from there, upward.
+  void AddLevelOneRows(const std::int16_t *values, const std::int32_t *sums, std::int64_t rows) {
+    if (acc_.size() < 2) return;
+    const auto columns = static_cast<std::size_t>(columns_);
+    for (std::int64_t r = 0; r < rows; ++r) Fold(1, values + r * columns, sums + r * columns);
+  }
 
   // The short rows of the last chunk.
   void Finish() {
     for (size_t level = 1; level < acc_.size(); ++level) {
-      if (acc_[level].rows > 0) EmitAccumulated(level);
+      if (acc_[level].rows > 0) Emit(level);
     }
   }
 
  private:
-  void Emit(size_t level, const std::int16_t *values, const std::int32_t *sums) {
-    valueOut_[level]->Append(values, sizeof(std::int16_t) * static_cast<size_t>(columns_));
-    sumOut_[level]->Append(sums, sizeof(std::int32_t) * static_cast<size_t>(columns_));
-    if (level + 1 < acc_.size()) Fold(level + 1, values, sums);
-  }
-
-  void EmitAccumulated(size_t level) {
-    LevelAccumulator &a = acc_[level];
-    a.rows = 0;
-    Emit(level, a.values.data(), a.sums.data());
-  }
-
   void Fold(size_t level, const std::int16_t *values, const std::int32_t *sums) {
     LevelAccumulator &a = acc_[level];
     if (a.rows == 0) {
       std::memcpy(a.values.data(), values, sizeof(std::int16_t) * static_cast<size_t>(columns_));
       std::memcpy(a.sums.data(), sums, sizeof(std::int32_t) * static_cast<size_t>(columns_));
     } else {
-      // Separate passes over the columns keep each loop simple enough to vectorise.
-      std::int16_t *v = a.values.data();
-      for (int c = 0; c < columns_; c += 2) v[c] = FoldLevelMin(v[c], values[c]);
-      for (int c = 1; c < columns_; c += 2) v[c] = FoldLevelMax(v[c], values[c]);
-      std::int32_t *s = a.sums.data();
-      bool overflow = false;
-      for (int c = 0; c < columns_; ++c) {
-        const std::int64_t total = static_cast<std::int64_t>(s[c]) + sums[c];
-        overflow |= total != static_cast<std::int32_t>(total);
-        s[c] = static_cast<std::int32_t>(total);
-      }
-      // A sum that leaves 32 bits is a failure of the build, not a wrapped number.
-      if (overflow) throw BuildFailure();
+      FoldLevelRow(columns_, a.values.data(), a.sums.data(), values, sums);
     }
-    if (++a.rows == base_) EmitAccumulated(level);
+    if (++a.rows == base_) Emit(level);
+  }
+
+  void Emit(size_t level) {
+    LevelAccumulator &a = acc_[level];
+    a.rows = 0;
+    Put(valueFiles_[level], a.values.data(), sizeof(std::int16_t) * a.values.size());
+    Put(sumFiles_[level], a.sums.data(), sizeof(std::int32_t) * a.sums.size());
+    if (level + 1 < acc_.size()) Fold(level + 1, a.values.data(), a.sums.data());
+  }
+
+  void Put(int file, const void *row, std::size_t bytes) {
+    std::size_t room = 0;
+    char *to = writer_.Room(file, bytes, room);
+    if (!to) throw WriteFailure();
+    std::memcpy(to, row, bytes);
+    writer_.Commit(file, bytes);
   }
 
   int columns_;
   int base_;
   std::vector<LevelAccumulator> acc_;
-  std::vector<std::unique_ptr<BufferedOutput>> &valueOut_;
-  std::vector<std::unique_ptr<BufferedOutput>> &sumOut_;
+  RowWriter &writer_;
+  const std::vector<int> &valueFiles_;
+  const std::vector<int> &sumFiles_;
 };
-
-bool IsSpecialRaw(std::int32_t raw) { return raw == -32768 || raw == 32767 || raw == -32767; }
-
-// A text number field of 7 characters. The common shapes (blanks, a sign,
-// digits, the point in its place) are read here directly; anything else goes
-// through the general reader, so both give the same value.
-std::int32_t TextUnit(const char *field, int decimals) {
-  const int point = decimals > 0 ? 6 - decimals : -1;
-  if (decimals >= 0 && decimals <= 6) {
-    int i = 0;
-    while (i < 7 && i != point && field[i] == ' ') ++i;
-    bool negative = false;
-    if (i < 7 && i != point && field[i] == '-') {
-      negative = true;
-      ++i;
-    }
-    std::int32_t value = 0;
-    int digits = 0;
-    bool plain = true;
-    for (; i < 7; ++i) {
-      if (i == point) {
-        if (field[i] != '.') plain = false;
-        continue;
-      }
-      const unsigned d = static_cast<unsigned char>(field[i]) - '0';
-      if (d > 9) {
-        plain = false;
-        break;
-      }
-      value = value * 10 + static_cast<std::int32_t>(d);
-      ++digits;
-    }
-    if (plain && digits > 0) return negative ? -value : value;
-  }
-  auto value = ReadNumberField(std::string_view(field, 7), decimals);
-  if (!value) throw BuildFailure();
-  return *value;
-}
-
-std::int16_t ToRaw(std::int32_t value) {
-  if (value < -32768 || value > 32767) throw BuildFailure();
-  return static_cast<std::int16_t>(value);
-}
 
 }  // namespace
 
@@ -296,54 +192,34 @@ int BuildWorkingFiles(const RecordFileInfo &info, const std::string &programFold
     return kWrongFile;
 
   // Layout of a record: where each channel's units lie.
-  const bool binary = info.FileFormat == 2;
-  std::vector<ColumnSource> sources;
-  int units = 0;
-  for (const auto &ch : info.Channels) {
-    ColumnSource s;
-    s.firstUnit = units;
-    s.twoUnits = ch.RecordType == 0;
-    units += s.twoUnits ? 2 : 1;
-    sources.push_back(s);
-  }
-  const int analogUnits = units;
-  for (size_t i = 0; i < info.Dis.size(); ++i) {
-    const auto &di = info.Dis[i];
-    ColumnSource s;
-    s.analog = false;
-    s.twoUnits = di.RecordType == 0;
-    int n = di.DiNo - 128;
-    if (n < 1 || n > 8) n = static_cast<int>(i) + 1;
-    s.diBit = 2 * n - 2;
-    s.firstUnit = units;
-    if (!binary) units += s.twoUnits ? 2 : 1;
-    sources.push_back(s);
-  }
-  const std::int64_t recordLength =
-      binary ? 4 + 2 * analogUnits + (info.DiCount > 0 ? 2 : 0) : 21 + 8 * units;
-  if (recordLength != info.RecordLength || info.DataStart < 0) return kWrongFile;
+  LevelOnePlan plan;
+  if (!MakeLevelOnePlan(info, plan) || info.DataStart < 0) return kWrongFile;
+  const std::int64_t recordLength = plan.recordLength;
 
-  std::vector<std::int16_t> analogDecimals;
-  for (const auto &ch : info.Channels) analogDecimals.push_back(ch.Decimals);
-
-  std::vector<std::unique_ptr<BufferedOutput>> valueOut;
-  std::vector<std::unique_ptr<BufferedOutput>> sumOut;
+  auto writer = std::make_unique<RowWriter>();
   int input = -1;
   auto fail = [&]() {
     if (input >= 0) ::close(input);
-    valueOut.clear();
-    sumOut.clear();
+    writer.reset();  // the writing thread ends before its files go
     DeleteWorkingFiles(info, programFolder, slot);
     return static_cast<int>(kWrongFile);
   };
 
   try {
+    // Level 1 takes nearly all the bytes: its buffers are large, the others small.
+    const std::size_t columns = 2 * static_cast<std::size_t>(channelTotal);
+    const std::size_t valueRow = sizeof(std::int16_t) * columns;
+    const std::size_t sumRow = sizeof(std::int32_t) * columns;
+    std::vector<int> valueFiles;
+    std::vector<int> sumFiles;
     for (int k = 1; k <= levels; ++k) {
+      const std::size_t rows = std::max<std::size_t>(1, (k == 1 ? 4 << 20 : 256 << 10) / sumRow);
       for (bool sums : {false, true}) {
         const std::string path = WorkingFilePath(programFolder, slot, k, sums);
         std::remove(path.c_str());
-        (sums ? sumOut : valueOut).push_back(std::make_unique<BufferedOutput>(path));
-        if (!(sums ? sumOut : valueOut).back()->ok()) return fail();
+        const int file = writer->Open(path, rows * (sums ? sumRow : valueRow));
+        if (file < 0) return fail();
+        (sums ? sumFiles : valueFiles).push_back(file);
       }
     }
 
@@ -367,90 +243,60 @@ int BuildWorkingFiles(const RecordFileInfo &info, const std::string &programFold
     const int maximum = static_cast<int>(m / d + 3);
     if (progress) progress(0, maximum);
 
-    PyramidBuilder pyramid(channelTotal, levels, 10, valueOut, sumOut);
-    std::vector<std::int16_t> rowValues(2 * static_cast<size_t>(channelTotal));
-    std::vector<std::int32_t> rowSums(2 * static_cast<size_t>(channelTotal));
-    std::vector<std::int16_t> textUnits(static_cast<size_t>(units));
+    PyramidBuilder pyramid(channelTotal, levels, 10, *writer, valueFiles, sumFiles);
 
-    // A chunk is read in blocks of whole records, so that memory stays small
-    // whatever the chunk's size.
-    const std::int64_t blockRecords =
-        std::max<std::int64_t>(1, std::min<std::int64_t>(chunkRecords, (4 << 20) / recordLength));
+    // The record file is read in blocks of whole records, whatever the chunks'
+    // size; the bar still moves chunk by chunk as the records pass.
+    const std::int64_t blockRecords = std::clamp<std::int64_t>(
+        (4 << 20) / recordLength, 1, static_cast<std::int64_t>(info.RecordCount));
     std::vector<char> block(static_cast<size_t>(blockRecords * recordLength));
 
     std::int64_t record = 0;
-    for (std::int64_t chunk = 1; chunk <= chunks; ++chunk) {
-      const std::int64_t chunkEnd = std::min<std::int64_t>(record + chunkRecords, info.RecordCount);
-      while (record < chunkEnd) {
-        const std::int64_t n = std::min(blockRecords, chunkEnd - record);
-        const size_t bytes = static_cast<size_t>(n * recordLength);
-        size_t done = 0;
-        while (done < bytes) {
-          ssize_t got = ::pread(input, block.data() + done, bytes - done,
-                                static_cast<off_t>(info.DataStart + record * recordLength + done));
-          if (got < 0 && errno == EINTR) continue;
-          if (got <= 0) return fail();
-          done += static_cast<size_t>(got);
-        }
-        for (std::int64_t r = 0; r < n; ++r) {
-          const char *rec = block.data() + r * recordLength;
-          if (binary) {
-            const char *unitBase = rec + 4;
-            std::uint16_t diWord = 0;
-            if (info.DiCount > 0) std::memcpy(&diWord, unitBase + 2 * analogUnits, 2);
-            for (int c = 0; c < channelTotal; ++c) {
-              const ColumnSource &s = sources[static_cast<size_t>(c)];
-              std::int16_t lo;
-              std::int16_t hi;
-              std::int32_t sum = 0;
-              std::int32_t count = 0;
-              if (s.analog) {
-                std::memcpy(&lo, unitBase + 2 * s.firstUnit, 2);
-                hi = lo;
-                if (s.twoUnits) std::memcpy(&hi, unitBase + 2 * s.firstUnit + 2, 2);
-                if (!IsSpecialRaw(lo)) sum += lo, ++count;
-                if (s.twoUnits && !IsSpecialRaw(hi)) sum += hi, ++count;
-              } else {
-                lo = static_cast<std::int16_t>((diWord >> s.diBit) & 1);
-                hi = s.twoUnits ? static_cast<std::int16_t>((diWord >> (s.diBit + 1)) & 1) : lo;
-              }
-              rowValues[2 * c] = lo;
-              rowValues[2 * c + 1] = hi;
-              rowSums[2 * c] = sum;
-              rowSums[2 * c + 1] = count;
-            }
-          } else {
-            for (int c = 0; c < channelTotal; ++c) {
-              const ColumnSource &s = sources[static_cast<size_t>(c)];
-              const int decimals = s.analog ? analogDecimals[static_cast<size_t>(c)] : 0;
-              const char *field = rec + 20 + 8 * s.firstUnit;
-              const std::int16_t lo = ToRaw(TextUnit(field, decimals));
-              const std::int16_t hi = s.twoUnits ? ToRaw(TextUnit(field + 8, decimals)) : lo;
-              std::int32_t sum = 0;
-              std::int32_t count = 0;
-              if (s.analog) {
-                if (!IsSpecialRaw(lo)) sum += lo, ++count;
-                if (s.twoUnits && !IsSpecialRaw(hi)) sum += hi, ++count;
-              }
-              rowValues[2 * c] = lo;
-              rowValues[2 * c + 1] = hi;
-              rowSums[2 * c] = sum;
-              rowSums[2 * c + 1] = count;
-            }
-          }
-          pyramid.AddRow(rowValues.data(), rowSums.data());
-        }
-        record += n;
+    std::int64_t chunk = 0;
+    while (record < info.RecordCount) {
+      const std::int64_t n = std::min<std::int64_t>(blockRecords, info.RecordCount - record);
+      const size_t bytes = static_cast<size_t>(n * recordLength);
+      size_t done = 0;
+      while (done < bytes) {
+        ssize_t got = ::pread(input, block.data() + done, bytes - done,
+                              static_cast<off_t>(info.DataStart + record * recordLength + done));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return fail();
+        done += static_cast<size_t>(got);
       }
-      if (progress && chunk % d == 0) progress(static_cast<int>(chunk / d), maximum);
+      // Level-1 rows are made straight into the output buffers, as many as fit.
+      for (std::int64_t r = 0; r < n;) {
+        std::size_t valueRoom = 0;
+        std::size_t sumRoom = 0;
+        char *values = writer->Room(valueFiles[0], valueRow, valueRoom);
+        char *sums = writer->Room(sumFiles[0], sumRow, sumRoom);
+        if (!values || !sums) return fail();
+        const std::int64_t rows =
+            std::min<std::int64_t>({n - r, static_cast<std::int64_t>(valueRoom / valueRow),
+                                    static_cast<std::int64_t>(sumRoom / sumRow)});
+        auto *valueRows = reinterpret_cast<std::int16_t *>(values);
+        auto *sumRows = reinterpret_cast<std::int32_t *>(sums);
+        MakeLevelOneRows(plan, block.data() + r * recordLength, rows, valueRows, sumRows);
+        pyramid.AddLevelOneRows(valueRows, sumRows, rows);
+        writer->Commit(valueFiles[0], static_cast<std::size_t>(rows) * valueRow);
+        writer->Commit(sumFiles[0], static_cast<std::size_t>(rows) * sumRow);
+        r += rows;
+      }
+      record += n;
+      while (chunk < chunks && std::min((chunk + 1) * chunkRecords,
+                                        static_cast<std::int64_t>(info.RecordCount)) <= record) {
+        ++chunk;
+        if (progress && chunk % d == 0) progress(static_cast<int>(chunk / d), maximum);
+      }
     }
     pyramid.Finish();
     ::close(input);
     input = -1;
-    for (auto &out : valueOut)
-      if (!out->Close()) return fail();
-    for (auto &out : sumOut)
-      if (!out->Close()) return fail();
+    if (!writer->Finish()) return fail();
+  } catch (const LevelRowFailure &) {
+    return fail();
+  } catch (const WriteFailure &) {
+    return fail();
   } catch (const std::exception &) {
     return fail();
   }

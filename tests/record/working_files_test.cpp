@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
+#include <random>
 
 #include "level_test_support.h"
+#include "record/level_rows.h"
+#include "record/number_field.h"
 
 namespace recscope {
 namespace {
@@ -272,6 +276,108 @@ TEST_F(BuildTest, ProgressScaleOfFewChunks) {
             -1);
   ASSERT_EQ(calls.size(), 76u);
   EXPECT_EQ(calls.back(), std::make_pair(75, 79));
+}
+
+// Many channels make the level-1 rows fill the output buffers and the input
+// blocks several times over, so rows are made across both kinds of boundary.
+std::vector<Channel> ManyChannels() {
+  std::vector<Channel> chs;
+  for (int c = 0; c < 60; ++c) chs.push_back({c % 3 == 0 ? 0 : 1, c % 4});
+  return chs;
+}
+
+TEST_F(BuildTest, BinaryRowsAcrossBlockBoundariesAreByteExact) {
+  const auto chs = ManyChannels();
+  auto samples = testing::RandomSamples(chs, kDis, 40007, 21, true);
+  BuildAndCompare(chs, kDis, samples, 2);
+}
+
+TEST_F(BuildTest, TextRowsAcrossBlockBoundariesAreByteExact) {
+  const auto chs = ManyChannels();
+  auto samples = testing::RandomSamples(chs, kDis, 12011, 22, true);
+  BuildAndCompare(chs, kDis, samples, 1);
+}
+
+TEST_F(BuildTest, AllSingleUnitChannelsWithoutDigitalInputs) {
+  std::vector<Channel> chs(72, Channel{1, 1});
+  auto samples = testing::RandomSamples(chs, {}, 9993, 23, true);
+  BuildAndCompare(chs, {}, samples, 2);
+}
+
+TEST_F(BuildTest, AllTwoUnitChannelsWithBothDigitalInputKinds) {
+  std::vector<Channel> chs(9, Channel{0, 2});
+  const std::vector<Di> dis = {{1, 0}, {2, 1}, {5, 0}, {8, 1}};
+  auto samples = testing::RandomSamples(chs, dis, 6007, 24, true);
+  BuildAndCompare(chs, dis, samples, 2);
+  BuildAndCompare(chs, dis, samples, 1);
+}
+
+// Random fields of every shape, common and odd: the quick reader must give
+// exactly what the general field reader gives, and refuse where it refuses.
+TEST(ReadTextUnit, AgreesWithTheGeneralFieldReader) {
+  std::mt19937 rng(5);
+  const std::string alphabet = "     0123456789-.+x";
+  std::uniform_int_distribution<int> pick(0, static_cast<int>(alphabet.size()) - 1);
+  std::uniform_int_distribution<int> decimalsOf(0, 6);
+  std::uniform_int_distribution<int> number(-99999, 999999);
+  int numbers = 0;
+  for (int i = 0; i < 400000; ++i) {
+    const int decimals = decimalsOf(rng);
+    char field[8];
+    if (i % 2 == 0) {
+      // A well-formed field as the recorder writes it.
+      const int value = number(rng);
+      std::string digits = std::to_string(value < 0 ? -value : value);
+      if (decimals > 0) {
+        while (static_cast<int>(digits.size()) <= decimals) digits.insert(0, "0");
+        digits.insert(digits.size() - static_cast<size_t>(decimals), ".");
+      }
+      if (value < 0) digits.insert(0, "-");
+      if (digits.size() > 7) continue;
+      const std::string text = std::string(7 - digits.size(), ' ') + digits;
+      std::memcpy(field, text.data(), 7);
+    } else {
+      for (char &ch : field) ch = alphabet[static_cast<size_t>(pick(rng))];
+    }
+    field[7] = ',';
+    const auto expected = ReadNumberField(std::string_view(field, 7), decimals);
+    SCOPED_TRACE(std::string(field, 7) + " decimals " + std::to_string(decimals));
+    if (expected) {
+      ++numbers;
+      ASSERT_EQ(ReadTextUnit(field, decimals), *expected);
+    } else {
+      ASSERT_THROW(ReadTextUnit(field, decimals), LevelRowFailure);
+    }
+  }
+  EXPECT_GT(numbers, 150000);
+}
+
+TEST(ReadTextUnit, CommonShapes) {
+  EXPECT_EQ(ReadTextUnit("  577.5,", 1), 5775);
+  EXPECT_EQ(ReadTextUnit("   -0.5,", 1), -5);
+  EXPECT_EQ(ReadTextUnit("-9999.9,", 1), -99999);
+  EXPECT_EQ(ReadTextUnit("      1,", 0), 1);
+  EXPECT_EQ(ReadTextUnit("1234567,", 0), 1234567);
+  EXPECT_EQ(ReadTextUnit(" 1.2345,", 4), 12345);
+  EXPECT_THROW(ReadTextUnit("  12 34,", 0), LevelRowFailure);
+  EXPECT_THROW(ReadTextUnit("  ab.cd,", 2), LevelRowFailure);
+}
+
+TEST(FoldLevelRow, SumLeavingThirtyTwoBitsIsAFailure) {
+  std::int16_t values[2] = {1, 2};
+  std::int32_t running[2] = {2147483000, 1};
+  const std::int16_t later[2] = {0, 3};
+  const std::int32_t more[2] = {1000, 1};
+  EXPECT_THROW(FoldLevelRow(2, values, running, later, more), LevelRowFailure);
+  std::int32_t low[2] = {-2147483000, 1};
+  const std::int32_t less[2] = {-1000, 1};
+  EXPECT_THROW(FoldLevelRow(2, values, low, later, less), LevelRowFailure);
+  std::int32_t fine[2] = {2147483000, 1};
+  const std::int32_t some[2] = {647, 1};
+  FoldLevelRow(2, values, fine, later, some);
+  EXPECT_EQ(fine[0], 2147483647);
+  EXPECT_EQ(values[0], 0);
+  EXPECT_EQ(values[1], 3);
 }
 
 }  // namespace
