@@ -172,11 +172,11 @@ void MainWindow::UpdateMainMenus() {
       static_cast<std::int16_t>(MenuStateOf(state.OpenFileCount, state.OpenAdditionCount));
   for (const MenuStateRow &row : MenuStateTable())
     setCommandOn(QString::fromLatin1(row.control), row.on[state.MenuState]);
-  for (const ToolButtonSpec &spec : ToolButtonTable()) {
-    if (spec.key == nullptr) continue;
+  for (const ToolButtonSpec &place : ToolButtonTable()) {
+    if (place.key == nullptr) continue;
     if (QAction *button =
-            toolBar_->findChild<QAction *>(QStringLiteral("tbButton%1").arg(spec.index)))
-      button->setEnabled(ToolButtonOn(spec.index, state.MenuState));
+            toolBar_->findChild<QAction *>(QStringLiteral("tbButton%1").arg(place.index)))
+      button->setEnabled(ToolButtonOn(place.index, state.MenuState));
   }
 }
 

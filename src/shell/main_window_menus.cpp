@@ -190,18 +190,18 @@ void MainWindow::buildToolBar() {
   toolBar_->setObjectName("tbToolBar");
   toolBar_->setMovable(false);
   toolBar_->setIconSize(QSize(24, 24));
-  for (const ToolButtonSpec &spec : ToolButtonTable()) {
+  for (const ToolButtonSpec &place : ToolButtonTable()) {
     QAction *action = nullptr;
-    if (spec.key == nullptr) {
+    if (place.key == nullptr) {
       action = toolBar_->addSeparator();
     } else {
-      const QString key = QString::fromLatin1(spec.key);
-      action = toolBar_->addAction(ToolIcon(key), Text(spec.tipId));
-      action->setToolTip(Text(spec.tipId));
+      const QString key = QString::fromLatin1(place.key);
+      action = toolBar_->addAction(ToolIcon(key), Text(place.tipId));
+      action->setToolTip(Text(place.tipId));
       action->setData(key);
       connect(action, &QAction::triggered, this, [this, key] { dispatchToolKey(key); });
     }
-    action->setObjectName(QStringLiteral("tbButton%1").arg(spec.index));
+    action->setObjectName(QStringLiteral("tbButton%1").arg(place.index));
   }
 }
 

@@ -47,10 +47,10 @@ void ExpectState(MainWindow &w, int state) {
   for (const MenuStateRow &row : MenuStateTable())
     EXPECT_EQ(w.command(row.control)->isEnabled(), row.on[state])
         << row.control << " in state " << state;
-  for (const ToolButtonSpec &spec : ToolButtonTable()) {
-    if (spec.key == nullptr) continue;
-    EXPECT_EQ(Button(w, spec.index)->isEnabled(), ToolButtonOn(spec.index, state))
-        << "button " << spec.index << " in state " << state;
+  for (const ToolButtonSpec &place : ToolButtonTable()) {
+    if (place.key == nullptr) continue;
+    EXPECT_EQ(Button(w, place.index)->isEnabled(), ToolButtonOn(place.index, state))
+        << "button " << place.index << " in state " << state;
   }
 }
 
@@ -172,15 +172,15 @@ TEST(MainWindow, ToolBarHas42IndexedPlacesWithKeysAndTips) {
   auto *bar = w.findChild<QToolBar *>("tbToolBar");
   ASSERT_NE(bar, nullptr);
   EXPECT_EQ(bar->actions().size(), 42);
-  for (const ToolButtonSpec &spec : ToolButtonTable()) {
-    QAction *place = Button(w, spec.index);
-    ASSERT_NE(place, nullptr) << spec.index;
-    EXPECT_EQ(bar->actions().indexOf(place), spec.index - 1);
-    if (spec.key == nullptr) {
-      EXPECT_TRUE(place->isSeparator()) << spec.index;
+  for (const ToolButtonSpec &place : ToolButtonTable()) {
+    QAction *place = Button(w, place.index);
+    ASSERT_NE(place, nullptr) << place.index;
+    EXPECT_EQ(bar->actions().indexOf(place), place.index - 1);
+    if (place.key == nullptr) {
+      EXPECT_TRUE(place->isSeparator()) << place.index;
     } else {
-      EXPECT_EQ(place->data().toString(), QString::fromLatin1(spec.key));
-      EXPECT_EQ(place->toolTip(), Text(spec.tipId));
+      EXPECT_EQ(place->data().toString(), QString::fromLatin1(place.key));
+      EXPECT_EQ(place->toolTip(), Text(place.tipId));
     }
   }
   EXPECT_EQ(Button(w, 12)->data().toString(), "Torenndo");
