@@ -172,15 +172,15 @@ TEST(MainWindow, ToolBarHas42IndexedPlacesWithKeysAndTips) {
   auto *bar = w.findChild<QToolBar *>("tbToolBar");
   ASSERT_NE(bar, nullptr);
   EXPECT_EQ(bar->actions().size(), 42);
-  for (const ToolButtonSpec &place : ToolButtonTable()) {
-    QAction *place = Button(w, place.index);
-    ASSERT_NE(place, nullptr) << place.index;
-    EXPECT_EQ(bar->actions().indexOf(place), place.index - 1);
-    if (place.key == nullptr) {
-      EXPECT_TRUE(place->isSeparator()) << place.index;
+  for (const ToolButtonSpec &entry : ToolButtonTable()) {
+    QAction *place = Button(w, entry.index);
+    ASSERT_NE(place, nullptr) << entry.index;
+    EXPECT_EQ(bar->actions().indexOf(place), entry.index - 1);
+    if (entry.key == nullptr) {
+      EXPECT_TRUE(place->isSeparator()) << entry.index;
     } else {
-      EXPECT_EQ(place->data().toString(), QString::fromLatin1(place.key));
-      EXPECT_EQ(place->toolTip(), Text(place.tipId));
+      EXPECT_EQ(place->data().toString(), QString::fromLatin1(entry.key));
+      EXPECT_EQ(place->toolTip(), Text(entry.tipId));
     }
   }
   EXPECT_EQ(Button(w, 12)->data().toString(), "Torenndo");
