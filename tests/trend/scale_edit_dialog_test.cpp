@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include "../gui/gui_test_support.h"
 #include "shell/catalogue.h"
 #include "shell/shared_state.h"
 #include "trend/trend_layout.h"
@@ -22,14 +23,7 @@ using testing_support::MakeRecord;
 using testing_support::TempFolder;
 using testing_support::WriteLevels;
 
-QApplication &App() {
-  static int argc = 1;
-  static char name[] = "scale_edit_dialog_test";
-  static char *argv[] = {name, nullptr};
-  // Kept to the end of the process, as in the other window tests.
-  static QApplication *app = new QApplication(argc, argv);
-  return *app;
-}
+using recscope::testing::App;
 
 struct Shown {
   int id;

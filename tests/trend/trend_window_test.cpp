@@ -10,6 +10,7 @@
 #include <QTabBar>
 #include <QWheelEvent>
 
+#include "../gui/gui_test_support.h"
 #include "shell/shared_state.h"
 #include "trend_fixture.h"
 
@@ -20,15 +21,7 @@ using testing_support::MakeRecord;
 using testing_support::TempFolder;
 using testing_support::WriteLevels;
 
-QApplication &App() {
-  static int argc = 1;
-  static char name[] = "trend_window_test";
-  static char *argv[] = {name, nullptr};
-  // Kept to the end of the process: destroying it among the static objects at
-  // exit tears down the input devices twice.
-  static QApplication *app = new QApplication(argc, argv);
-  return *app;
-}
+using recscope::testing::App;
 
 struct WindowFixture : ::testing::Test {
   TempFolder home;
