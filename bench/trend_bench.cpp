@@ -103,11 +103,11 @@ struct Records {
              ("recscope_trend_bench_" + std::to_string(::getpid()));
     std::filesystem::create_directories(folder);
     state.ProgramFolder = folder.string();
-    state.RecordFiles[1] = MakeRecord(30000000);
-    state.RecordFiles[2] = MakeRecord(3000);
-    state.SamplePeriods[1] = state.SamplePeriods[2] = 1;
-    WriteLevels(state.RecordFiles[1], folder.string(), 1, 3);
-    WriteLevels(state.RecordFiles[2], folder.string(), 2, 1);
+    state.Slot(1).Record = MakeRecord(30000000);
+    state.Slot(2).Record = MakeRecord(3000);
+    state.Slot(1).SamplePeriod = state.Slot(2).SamplePeriod = 1;
+    WriteLevels(state.Slot(1).Record, folder.string(), 1, 3);
+    WriteLevels(state.Slot(2).Record, folder.string(), 2, 1);
   }
   ~Records() { std::filesystem::remove_all(folder); }
 };
@@ -129,7 +129,7 @@ void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed) {
   request.widthPx = 1920;
   request.heightPx = 1080;
   request.group = group;
-  const RecordFileInfo &info = data.state.RecordFiles[slot];
+  const RecordFileInfo &info = data.state.Slot(slot).Record;
   if (zoomed) {
     std::int32_t span = slot == 1 ? 500000 : 2400;
     request.from = info.FirstTime + (slot == 1 ? (info.LastTime - info.FirstTime) / 3 : 300);

@@ -32,11 +32,9 @@ void PrepareShell(const GlobalOptions &global) {
   SharedState &state = Shared();
   state.ProgramFolder = ResolveHomeFolder(global.home, std::getenv("RECSCOPE_HOME"),
                                           QCoreApplication::applicationDirPath().toStdString());
-  ResetSharedState(state);
-  SetSeparators(state, global.decimalChar.empty() ? LocaleDecimalChar() : global.decimalChar);
+  StartSharedState(state, global.decimalChar);
   // Without --date-format the command uses the operator's choice in the settings.
-  state.DateFormatNo = global.dateFormat > 0 ? static_cast<std::uint8_t>(global.dateFormat)
-                                             : ReadDateType(ViewerComIniPath(state.ProgramFolder));
+  if (global.dateFormat > 0) state.DateFormatNo = static_cast<std::uint8_t>(global.dateFormat);
 }
 
 long long ParseCliTime(const std::string &text) {

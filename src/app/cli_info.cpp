@@ -230,10 +230,10 @@ int RunInfo(const GlobalOptions &, const std::vector<std::string> &args) {
   const int slot = outcome.slot;
   Json j;
   j.Open('{');
-  FileFields(j, state.RecordFiles[slot], state.SamplePeriods[slot]);
-  Channels(j, state.RecordFiles[slot]);
-  DisAndGroups(j, state.RecordFiles[slot]);
-  Events(j, state.AlarmFiles[slot], state.FlagPaths[slot], state.FlagLists[slot]);
+  FileFields(j, state.Slot(slot).Record, state.Slot(slot).SamplePeriod);
+  Channels(j, state.Slot(slot).Record);
+  DisAndGroups(j, state.Slot(slot).Record);
+  Events(j, state.Slot(slot).Alarms, state.Slot(slot).FlagPath, state.Slot(slot).Flags);
   j.Close('}');
   // Like closing the trend window: the working files go.
   CloseRecordSlot(state, slot);

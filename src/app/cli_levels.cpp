@@ -30,11 +30,11 @@ int RunLevels(const GlobalOptions &, const std::vector<std::string> &args) {
   SharedState &state = Shared();
   // The open takes the first free slot: the slots in front of the wanted one
   // are held for the time of the open.
-  for (int s = 1; s < slot; ++s) state.RecordFiles[static_cast<size_t>(s)].InUse = -1;
+  for (int s = 1; s < slot; ++s) state.Slot(s).Record.InUse = -1;
   const OpenOutcome outcome = OpenRecordFile(state, AbsolutePath(parsed.positional[0]));
-  for (int s = 1; s < slot; ++s) state.RecordFiles[static_cast<size_t>(s)].InUse = 0;
+  for (int s = 1; s < slot; ++s) state.Slot(s).Record.InUse = 0;
   if (!outcome.opened) throw CatalogueError(outcome.messageId, GetMessageText(outcome.messageId));
-  const RecordFileInfo &info = state.RecordFiles[static_cast<size_t>(outcome.slot)];
+  const RecordFileInfo &info = state.Slot(outcome.slot).Record;
   for (int k = 1; k <= info.TopLevel + 1; ++k) {
     std::printf("%s\n", WorkingFilePath(state.ProgramFolder, outcome.slot, k, false).c_str());
     std::printf("%s\n", WorkingFilePath(state.ProgramFolder, outcome.slot, k, true).c_str());

@@ -61,6 +61,8 @@ int RunRender(const GlobalOptions &, const std::vector<std::string> &args) {
   } catch (const std::exception &e) {
     return UsageError(std::string("bad value: ") + e.what());
   }
+  // Without --orientation the trend stands as the desktop would open it.
+  request.horizontal = Shared().TrendOrientation != 0;
   if (const std::string *o = parsed.find("--orientation")) {
     if (*o != "hori" && *o != "ver") return UsageError("--orientation is hori or ver");
     request.horizontal = *o == "hori";
@@ -91,8 +93,8 @@ int RunRender(const GlobalOptions &, const std::vector<std::string> &args) {
   if (saved && frames > 0) {
     // Each frame steps the view on by a quarter page, as the scroll bar's arrow
     // does, and wraps to the start at the file's end.
-    const RecordFileInfo &info = state.RecordFiles[request.slot];
-    std::int32_t period = std::max<std::int32_t>(state.SamplePeriods[request.slot], 1);
+    const RecordFileInfo &info = state.Slot(request.slot).Record;
+    const std::int32_t period = state.Slot(request.slot).Period();
     std::vector<double> ms;
     for (int f = 0; f < frames; ++f) {
       std::int64_t span = static_cast<std::int64_t>(view.DisplayEnd) - view.DisplayStart;
@@ -120,16 +122,18 @@ int RunRender(const GlobalOptions &, const std::vector<std::string> &args) {
   return kExitDone;
 }
 
-const Registration kRender({"render", "draw the trend of a record into a PNG",
-                            "render FILE --out PNG [--width W] [--height H] [--group G]\n"
-                            "       [--from T1] [--to T2] [--orientation hori|ver]\n"
-                            "       [--scales 1|2|3] [--cursor1 T] [--cursor2 T] [--mode M|A]\n"
-                            "       [--frames N]\n"
-                            "Draws the trend window of the record at that size and state.\n"
-                            "Default 1000 x 550 pixels, the first group with members and the\n"
-                            "whole file. --frames N draws N more frames, each a quarter page on,\n"
-                            "and prints 'frames: N median_ms: X max_ms: Y' on stderr.\n",
-                            RunRender});
+const Registration kRender(
+    {"render", "draw the trend of a record into a PNG",
+     "render FILE --out PNG [--width W] [--height H] [--group G]\n"
+     "       [--from T1] [--to T2] [--orientation hori|ver]\n"
+     "       [--scales 1|2|3] [--cursor1 T] [--cursor2 T] [--mode M|A]\n"
+     "       [--frames N]\n"
+     "Draws the trend window of the record at that size and state.\n"
+     "Default 1000 x 550 pixels, the first group with members and the\n"
+     "whole file, in the trend direction of the settings unless\n"
+     "--orientation is given. --frames N draws N more frames, each a quarter page on,\n"
+     "and prints 'frames: N median_ms: X max_ms: Y' on stderr.\n",
+     RunRender});
 
 }  // namespace
 }  // namespace recscope::cli

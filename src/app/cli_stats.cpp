@@ -57,9 +57,8 @@ int RunStats(const GlobalOptions &, const std::vector<std::string> &args) {
   const OpenOutcome outcome = OpenRecordFile(state, AbsolutePath(parsed.positional[0]));
   if (!outcome.opened) throw CatalogueError(outcome.messageId, GetMessageText(outcome.messageId));
   const int slot = outcome.slot;
-  const RecordFileInfo &info = state.RecordFiles[static_cast<size_t>(slot)];
-  const std::int32_t stood = state.SamplePeriods[static_cast<size_t>(slot)];
-  const std::int32_t period = SamplePeriodOfCode(info.SamplingCode, stood > 0 ? stood : 1);
+  const RecordFileInfo &info = state.Slot(slot).Record;
+  const std::int32_t period = state.Slot(slot).Period();
 
   const ComputeSpan span =
       get_ComputeTime(fromText != nullptr, from, toText != nullptr, to, info.FirstTime,

@@ -43,7 +43,7 @@ QString TrendWindowCaption(int slot) {
   const QString number = QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0'));
   return QString::fromStdString(
              GetMessageText(kTrendCaption, "@FileNumber@", number.toStdString())) +
-         "[" + QString::fromStdString(Shared().RecordFiles[slot].FilePath) + "]";
+         "[" + QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
 }
 
 QWidget *MakePlainTrendWindow(int slot) {

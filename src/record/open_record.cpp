@@ -33,36 +33,36 @@ std::string FindCompanion(const std::string &path, int nameStart, char letter) {
   return {};
 }
 
-void ClearSlot(SharedState &state, int slot) {
-  state.RecordFiles[slot] = RecordFileInfo{};
-  state.AlarmFiles[slot] = AlarmFileInfo{};
-  state.FlagPaths[slot].clear();
-  state.FlagLists[slot].clear();
+// Empties a slot; a slot's period stays until the next read sets it, as the
+// read steps take the previous period for an unknown sampling code.
+void ClearSlot(RecordSlot &slot) {
+  const std::int32_t period = slot.SamplePeriod;
+  slot = RecordSlot{};
+  slot.SamplePeriod = period;
 }
 
 // The read steps of one encoding; returns -1 when all went well.
-int ReadSteps(SharedState &state, int slot, const ProgressFn &progress) {
-  RecordFileInfo &info = state.RecordFiles[slot];
+int ReadSteps(const SharedState &state, int slotNo, RecordSlot &slot, const ProgressFn &progress) {
+  RecordFileInfo &info = slot.Record;
   int result = kWrongFile;
   {
     FileSource source(info.FilePath);
     if (!source.IsOpen()) return kWrongFile;
     info.FileFormat = static_cast<std::int16_t>(DetectFileFormat(source));
-    result = ReadRecordTables(source, info, state.SamplePeriods[slot],
+    result = ReadRecordTables(source, info, slot.SamplePeriod,
                               LevelPlan{state.LevelBase, state.LevelRowLimit});
   }
-  if (result == kValid) result = BuildWorkingFiles(info, state.ProgramFolder, slot, progress);
+  if (result == kValid) result = BuildWorkingFiles(info, state.ProgramFolder, slotNo, progress);
   if (result != kValid) return result;
 
-  AlarmFileInfo &alarms = state.AlarmFiles[slot];
+  AlarmFileInfo &alarms = slot.Alarms;
   if (!alarms.AlarmPath.empty()) {
     if (!ReadAlarmFile(alarms.AlarmPath, info.FileFormat == 2, alarms)) return kWrongFile;
   } else {
     alarms.AlarmCount = 0;
     alarms.MessageCount = 0;
   }
-  if (!state.FlagPaths[slot].empty())
-    ApplyFlagFile(state.FlagPaths[slot], alarms, state.FlagLists[slot]);
+  if (!slot.FlagPath.empty()) ApplyFlagFile(slot.FlagPath, alarms, slot.Flags);
   return kValid;
 }
 
@@ -70,7 +70,7 @@ int ReadSteps(SharedState &state, int slot, const ProgressFn &progress) {
 
 int FileSelect(SharedState &state) {
   for (int slot = 1; slot <= 16; ++slot) {
-    if (state.RecordFiles[slot].InUse == 0) {
+    if (!state.Slot(slot).InUse()) {
       state.CurrentFile = static_cast<std::int16_t>(slot);
       return slot;
     }
@@ -104,26 +104,27 @@ OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
     return outcome;
   }
   const std::int16_t remembered = state.CurrentFile;
-  const int slot = FileSelect(state);
-  if (slot == kLinkSlot) {
+  const int slotNo = FileSelect(state);
+  if (slotNo == kLinkSlot) {
     state.CurrentFile = remembered;
     outcome.messageId = kNoFreeSlot;
     outcome.showChoiceAgain = true;
     return outcome;
   }
 
-  ClearSlot(state, slot);
+  RecordSlot &slot = state.Slot(slotNo);
+  ClearSlot(slot);
   const int nameStart = NameStartIndex(path);
-  AlarmFileInfo &alarms = state.AlarmFiles[slot];
+  AlarmFileInfo &alarms = slot.Alarms;
   alarms.AlarmPath = FindCompanion(path, nameStart, 'A');
   alarms.AlarmLength = alarms.AlarmPath.empty() ? 0
                                                 : static_cast<std::int32_t>(std::min<std::int64_t>(
                                                       FileSize(alarms.AlarmPath), INT32_MAX));
   const std::string flagPath = FindCompanion(path, nameStart, 'F');
   if (!flagPath.empty() && FileSize(flagPath) >= static_cast<std::int64_t>(kMinFlagFileLength))
-    state.FlagPaths[slot] = flagPath;
+    slot.FlagPath = flagPath;
 
-  RecordFileInfo &info = state.RecordFiles[slot];
+  RecordFileInfo &info = slot.Record;
   info.FilePath = path;
   info.FileLength = static_cast<std::int32_t>(std::min<std::int64_t>(FileSize(path), INT32_MAX));
 
@@ -133,10 +134,10 @@ OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
     lastMaximum = maximum;
     if (progress) progress(value, maximum);
   };
-  const int result = ReadSteps(state, slot, tracked);
+  const int result = ReadSteps(state, slotNo, slot, tracked);
   if (result != kValid) {
-    DeleteWorkingFiles(info, state.ProgramFolder, slot);
-    ClearSlot(state, slot);
+    DeleteWorkingFiles(info, state.ProgramFolder, slotNo);
+    ClearSlot(slot);
     state.CurrentFile = remembered;
     outcome.messageId = OpenResultMessageId(result);
     return outcome;
@@ -145,15 +146,16 @@ OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
   state.OpenFileCount = static_cast<std::int16_t>(state.OpenFileCount + 1);
   info.InUse = -1;
   outcome.opened = true;
-  outcome.slot = slot;
+  outcome.slot = slotNo;
   return outcome;
 }
 
-void CloseRecordSlot(SharedState &state, int slot) {
-  if (slot < 1 || slot > kSlotCount) return;
-  const bool wasInUse = state.RecordFiles[slot].InUse != 0;
-  DeleteWorkingFiles(state.RecordFiles[slot], state.ProgramFolder, slot);
-  ClearSlot(state, slot);
+void CloseRecordSlot(SharedState &state, int slotNo) {
+  if (slotNo < 1 || slotNo > kSlotCount) return;
+  RecordSlot &slot = state.Slot(slotNo);
+  const bool wasInUse = slot.InUse();
+  DeleteWorkingFiles(slot.Record, state.ProgramFolder, slotNo);
+  ClearSlot(slot);
   if (wasInUse && state.OpenFileCount > 0)
     state.OpenFileCount = static_cast<std::int16_t>(state.OpenFileCount - 1);
 }

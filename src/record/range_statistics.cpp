@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "record/level_files.h"
 #include "record/level_fold.h"
 
 namespace recscope {
@@ -16,8 +17,8 @@ bool FoldRows(const LevelFiles &files, int ct, std::int64_t from, std::int64_t t
   const size_t n = static_cast<size_t>(to - from + 1);
   std::vector<std::int16_t> values(n * 2 * ct);
   std::vector<std::int32_t> sums(n * 2 * ct);
-  if (!files.ReadValueBytes(4LL * ct * from, values.data(), values.size() * 2) ||
-      !files.ReadSumBytes(8LL * ct * from, sums.data(), sums.size() * 4))
+  if (!files.ReadValueRows(from, static_cast<std::int64_t>(n), values.data()) ||
+      !files.ReadSumRows(from, static_cast<std::int64_t>(n), sums.data()))
     return false;
   for (size_t r = 0; r < n; ++r) {
     for (int c = 0; c < ct; ++c) {
@@ -47,12 +48,12 @@ bool GetRangeStatistics(const RecordFileInfo &info, const std::string &programFo
   i1 = std::clamp<std::int64_t>(i1, i0, info.RecordCount - 1);
 
   const int top = static_cast<int>(info.LevelRows.size()) - 1;
-  auto files = std::make_unique<LevelFiles>(programFolder, slot, 1);
+  auto files = std::make_unique<LevelFiles>(programFolder, slot, 0, ct);
   if (!files->ok()) return false;
 
   // The first row of level 1 gives the start of minimum and maximum.
   std::vector<std::int16_t> first(2 * static_cast<size_t>(ct));
-  if (!files->ReadValueBytes(4LL * ct * i0, first.data(), first.size() * 2)) return false;
+  if (!files->ReadValueRows(i0, 1, first.data())) return false;
   for (int c = 0; c < ct; ++c) {
     result[static_cast<size_t>(c)].Min = first[2 * c];
     result[static_cast<size_t>(c)].Max = first[2 * c + 1];
@@ -72,7 +73,7 @@ bool GetRangeStatistics(const RecordFileInfo &info, const std::string &programFo
     }
     i0 = i0 / 10;
     i1 = (i1 - 9) / 10;
-    files = std::make_unique<LevelFiles>(programFolder, slot, level + 2);
+    files = std::make_unique<LevelFiles>(programFolder, slot, level + 1, ct);
     if (!files->ok()) return false;
   }
 }

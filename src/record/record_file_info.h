@@ -83,7 +83,8 @@ struct RecordFileInfo {
   std::int32_t LastRecord = 0;
 };
 
-// Where the text of a drawn event mark lies, for the hit test of the plot.
+// Where the text of a drawn event mark lies on a surface, for the hit test of the
+// plot. Each surface keeps its own (see TrendPlacement).
 struct TextBox {
   std::int32_t Left = 0;
   std::int32_t Top = 0;
@@ -100,7 +101,6 @@ struct AlarmEvent {
   std::int16_t AlarmState = 0;   // 1 raised, 0 cleared
   std::int16_t Shown = 0;
   std::int16_t Position = 2;
-  TextBox Box;
 };
 
 struct MessageEvent {
@@ -110,7 +110,6 @@ struct MessageEvent {
   std::int16_t MessageColor = 0;
   std::int16_t Shown = 0;
   std::int16_t Position = 5;
-  TextBox Box;
 };
 
 // A flag set by the operator, kept in the flag file.
@@ -119,7 +118,6 @@ struct FlagEvent {
   std::string Text;
   std::int16_t Shown = 0;
   std::int16_t Position = 5;
-  TextBox Box;
 };
 
 struct AlarmFileInfo {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "record/level_fold.h"
+#include "record/level_files.h"
 #include "shell/rounding.h"
 
 namespace recscope {
@@ -27,23 +27,18 @@ bool LoadRows(const RecordFileInfo &info, const std::string &programFolder, int 
   const int l = request.level;
   if (ct <= 0 || l < 0 || static_cast<size_t>(l) >= info.LevelRows.size()) return false;
   const int step = std::max(1, ViewRowStep(info, request));
-  std::int64_t perRow = 1;
-  for (int i = 0; i < l; ++i) perRow *= 10;
-
   const std::int32_t rowsToRead = std::min(kMaxRowsRead, info.LevelRows[static_cast<size_t>(l)]);
-  const std::int64_t firstRow = (info.FirstRecord - 1) / perRow;
-  const std::int64_t offset = 4LL * ct * firstRow;
+  const std::int64_t firstRow = (info.FirstRecord - 1) / RecordsPerLevelRow(l);
 
-  LevelFiles files(programFolder, slot, l + 1);
+  LevelFiles files(programFolder, slot, l, ct,
+                   withSums ? LevelFiles::kValuesAndSums : LevelFiles::kValuesOnly);
   if (!files.ok()) return false;
   std::vector<std::int16_t> values(static_cast<size_t>(rowsToRead) * 2 * ct);
-  if (!files.ReadValueBytes(offset, values.data(), values.size() * sizeof(std::int16_t)))
-    return false;
+  if (!files.ReadValueRows(firstRow, rowsToRead, values.data())) return false;
   std::vector<std::int32_t> sums;
   if (withSums) {
     sums.resize(static_cast<size_t>(rowsToRead) * 2 * ct);
-    // The sums are addressed with the width of a value row, as the views always have.
-    if (!files.ReadSumBytes(offset, sums.data(), sums.size() * sizeof(std::int32_t))) return false;
+    if (!files.ReadSumRowsAtValueOffset(firstRow, rowsToRead, sums.data())) return false;
   }
 
   rows.channelTotal = ct;

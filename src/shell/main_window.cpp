@@ -71,24 +71,14 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent) {
 
 void MainWindow::load() {
   SharedState &state = Shared();
-  SetSeparators(state, LocaleDecimalChar());
-
+  StartSharedState(state);
   const std::string ini = IniPath();
-  EnsureViewerComIni(state.ProgramFolder);
   PrintSettings print = ReadPrintSettings(ini);
   (void)print;  // kept for the print subsystem, which reads it again when it prints
 
-  state.DateFormatNo = ReadDateType(ini);
   command(kDateFormatCommands[state.DateFormatNo - 1])->setChecked(true);
-  state.TrendOrientation = ReadTrendDirection(ini);
   command(state.TrendOrientation == 0 ? "mnuViewTrendVer" : "mnuViewTrendHori")->setChecked(true);
 
-  state.LevelBase = 10;
-  state.LevelRowLimit = 6000;
-  state.CurrentFile = 1;
-  state.InstantOpen.fill(0);
-  state.AlarmListOpen.fill(0);
-  state.CursorCalcOpen.fill(0);
   state.ScaleCount = 1;
   command("mnuView1Scale")->setChecked(true);
   for (const char *toggle : {"mnuViewAlarm", "mnuViewMessage", "mnuViewFlag"})

@@ -3,6 +3,8 @@
 #include <clocale>
 #include <cstdio>
 
+#include "shell/settings.h"
+
 namespace recscope {
 
 SharedState &Shared() {
@@ -16,6 +18,15 @@ void ResetSharedState(SharedState &state) {
   state.ProgramFolder = folder;
   state.ComWorkPath = ProgramFilePath(folder, "COMWORK.DAT");
   state.EndMarkerPath = ProgramFilePath(folder, "end");
+}
+
+void StartSharedState(SharedState &state, const std::string &decimalChar) {
+  ResetSharedState(state);
+  SetSeparators(state, decimalChar.empty() ? LocaleDecimalChar() : decimalChar);
+  const std::string ini = ViewerComIniPath(state.ProgramFolder);
+  EnsureViewerComIni(state.ProgramFolder);
+  state.DateFormatNo = ReadDateType(ini);
+  state.TrendOrientation = ReadTrendDirection(ini);
 }
 
 std::string ProgramFilePath(const std::string &folder, const std::string &name) {

@@ -3,6 +3,7 @@
 // numbers. Slots 1 to 16 hold open measurement files, slot 17 belongs to the link
 // with the recorder. Arrays have 18 places so that a slot number is its index.
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -14,22 +15,27 @@ namespace recscope {
 constexpr int kSlotCount = 17;
 constexpr int kLinkSlot = 17;
 
-// The steps of the time axis, in seconds.
-constexpr std::array<std::int32_t, 33> IntervalTable = {
-    1,       2,       3,        5,        10,       20,      30,     60,      120,
-    180,     300,     600,      1200,     1800,     3600,    7200,   10800,   14400,
-    21600,   43200,   86400,    172800,   259200,   432000,  864000, 1728000, 2592000,
-    5184000, 7776000, 10368000, 15552000, 31536000, 63072000};
+// One record slot: the open measurement file with its alarm and flag companions,
+// its period and which of its list windows are open. Slots 1 to 16 hold files,
+// slot 17 the link with the recorder.
+struct RecordSlot {
+  RecordFileInfo Record;
+  AlarmFileInfo Alarms;
+  std::string FlagPath;  // empty when the record has no usable flag file
+  std::vector<FlagEvent> Flags;
+  std::int32_t SamplePeriod = 0;  // seconds per record
+  std::int16_t InstantOpen = 0;   // -1 while its instant value window is open
+  std::int16_t AlarmListOpen = 0;
+  std::int16_t CursorCalcOpen = 0;
+
+  bool InUse() const { return Record.InUse != 0; }
+  // The period every view and calculation works with: never below one second.
+  std::int32_t Period() const { return SamplePeriod > 1 ? SamplePeriod : 1; }
+};
 
 struct SharedState {
-  std::array<RecordFileInfo, kSlotCount + 1> RecordFiles{};
-  std::array<AlarmFileInfo, kSlotCount + 1> AlarmFiles{};
-  std::array<std::string, kSlotCount + 1> FlagPaths{};
-  std::array<std::vector<FlagEvent>, kSlotCount + 1> FlagLists{};
-  std::array<std::int32_t, kSlotCount + 1> SamplePeriods{};
-  std::array<std::int16_t, kSlotCount + 1> InstantOpen{};
-  std::array<std::int16_t, kSlotCount + 1> AlarmListOpen{};
-  std::array<std::int16_t, kSlotCount + 1> CursorCalcOpen{};
+  // By slot number: index 0 is not used.
+  std::array<RecordSlot, kSlotCount + 1> Slots{};
 
   std::int16_t CurrentFile = 1;
   std::int16_t OpenFileCount = 0;
@@ -56,6 +62,9 @@ struct SharedState {
   std::string ProgramFolder;  // the home folder
   std::string ComWorkPath;
   std::string EndMarkerPath;
+
+  RecordSlot &Slot(int slot) { return Slots.at(static_cast<std::size_t>(slot)); }
+  const RecordSlot &Slot(int slot) const { return Slots.at(static_cast<std::size_t>(slot)); }
 };
 
 // The one shared state of the process.
@@ -63,6 +72,12 @@ SharedState &Shared();
 
 // Puts every shared number and slot back to its start value (tests and start-up).
 void ResetSharedState(SharedState &state);
+
+// The start of the shared state that both programs make, once the program folder
+// is known: every slot free, the separators (from `decimalChar`, or the locale's
+// when empty), the delivered settings file when there is none, and the date format
+// and trend direction of the settings.
+void StartSharedState(SharedState &state, const std::string &decimalChar = {});
 
 // `ComWorkPath` and `EndMarkerPath`: the folder and the name, with "/" added only
 // when the folder does not end in one.

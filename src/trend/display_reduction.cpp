@@ -1,36 +1,13 @@
 #include "trend/display_reduction.h"
 
-#include "record/working_files.h"
-
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <vector>
 
+#include "record/level_files.h"
 #include "shell/rounding.h"
 
 namespace recscope {
-
-namespace {
-
-// Reads `count` rows of `rowValues` little-endian i16 from row `first`; rows the
-// file does not hold stay 0.
-std::vector<std::int16_t> ReadLevelRows(const std::string &path, std::int64_t first,
-                                        std::int64_t count, int rowValues) {
-  std::vector<std::int16_t> rows(static_cast<std::size_t>(count) * rowValues, 0);
-  if (count <= 0 || rowValues <= 0) return rows;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return rows;
-  in.seekg(first * rowValues * 2);
-  std::vector<unsigned char> bytes(rows.size() * 2);
-  in.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  std::size_t got = static_cast<std::size_t>(std::max<std::streamsize>(in.gcount(), 0)) / 2;
-  for (std::size_t i = 0; i < got; ++i)
-    rows[i] = static_cast<std::int16_t>(bytes[2 * i] | (bytes[2 * i + 1] << 8));
-  return rows;
-}
-
-}  // namespace
 
 void ReduceDisplayData(TrendView &view, const RecordFileInfo &info, std::int32_t period,
                        std::int32_t width, const std::string &programFolder, int slot) {
@@ -96,8 +73,12 @@ void ReduceDisplayData(TrendView &view, const RecordFileInfo &info, std::int32_t
   // 9. One block read of the rows in view.
   const int N = static_cast<int>(info.Channels.size() + info.Dis.size());
   const int rowValues = 2 * N;
-  std::vector<std::int16_t> rows =
-      ReadLevelRows(WorkingFilePath(programFolder, slot, L + 1, false), first, R, rowValues);
+  // The reduction trusts the level files: rows they do not hold read as 0.
+  std::vector<std::int16_t> rows(static_cast<std::size_t>(std::max<std::int64_t>(R, 0)) * rowValues,
+                                 0);
+  LevelFiles files(programFolder, slot, L, N, LevelFiles::kValuesOnly);
+  if (files.ok() && !files.ReadValueRows(first, R, rows.data()))
+    std::fill(rows.begin(), rows.end(), 0);
 
   // 10. Fold the rows into columns: each column is the true minimum and maximum of
   // the rows under it.

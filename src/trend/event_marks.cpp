@@ -2,6 +2,7 @@
 
 #include <QPainterPath>
 #include <cmath>
+#include <optional>
 
 #include "shell/catalogue.h"
 #include "trend/colour_table.h"
@@ -44,14 +45,15 @@ std::string Trimmed(const std::string &text) {
 }
 
 // One row: line across the plot, the mark on Picture2 and, when shown, its text.
-void DrawRow(QPainter &painter, TrendScene &scene, MarkKind kind, std::int32_t time,
-             std::int16_t shown, std::int16_t level, const std::string &text, TextBox &box) {
+// Returns the box of the text, or nothing when the row's text is not shown.
+std::optional<TextBox> DrawRow(QPainter &painter, const TrendScene &scene, MarkKind kind,
+                               std::int32_t time, std::int16_t shown, std::int16_t level,
+                               const std::string &text) {
   const TrendView &view = *scene.view;
   const TrendLayout &l = scene.layout;
   const Box &plot = l.Picture1;
   MarkStyle style = StyleOf(kind);
   Zone zone = SlotZone(view, view.SelectedSlot);
-  box = {};
 
   std::int32_t pos = TimeToPosition(view, time);
   QPen pen(ColourOf(style.colour), 0);
@@ -76,7 +78,8 @@ void DrawRow(QPainter &painter, TrendScene &scene, MarkKind kind, std::int32_t t
     ty = pos < 201 ? pos + 50 : pos - 200;
   }
   DrawMarkPicture(painter, kind, mark);
-  if (shown == 0) return;
+  if (shown == 0) return std::nullopt;
+  TextBox box;
   InBox(painter, plot, [&] {
     painter.setPen(QPen(style.textColour, 0));
     painter.setFont(TrendFont(10));
@@ -85,6 +88,7 @@ void DrawRow(QPainter &painter, TrendScene &scene, MarkKind kind, std::int32_t t
            static_cast<std::int32_t>(tx + size.width()),
            static_cast<std::int32_t>(ty + size.height())};
   });
+  return box;
 }
 
 bool InRange(const TrendView &view, std::int32_t t) {
@@ -136,23 +140,36 @@ void DrawMarkPicture(QPainter &painter, MarkKind kind, const QRect &box) {
   painter.restore();
 }
 
-void DrawEventMarks(QPainter &painter, TrendScene &scene) {
+std::vector<PlacedText> DrawEventMarks(QPainter &painter, const TrendScene &scene) {
   const TrendView &view = *scene.view;
+  std::vector<PlacedText> placed;
+  auto keep = [&](MarkKind kind, std::size_t row, std::optional<TextBox> box) {
+    if (box) placed.push_back({kind, row, *box});
+  };
   if (scene.alarms && scene.showAlarms)
-    for (AlarmEvent &row : scene.alarms->Alarms)
+    for (std::size_t i = 0; i < scene.alarms->Alarms.size(); ++i) {
+      const AlarmEvent &row = scene.alarms->Alarms[i];
       if (InRange(view, row.Time))
-        DrawRow(painter, scene, MarkKind::kAlarm, row.Time, row.Shown, row.Position,
-                AlarmMarkText(row), row.Box);
+        keep(MarkKind::kAlarm, i,
+             DrawRow(painter, scene, MarkKind::kAlarm, row.Time, row.Shown, row.Position,
+                     AlarmMarkText(row)));
+    }
   if (scene.alarms && scene.showMessages)
-    for (MessageEvent &row : scene.alarms->Messages)
+    for (std::size_t i = 0; i < scene.alarms->Messages.size(); ++i) {
+      const MessageEvent &row = scene.alarms->Messages[i];
       if (InRange(view, row.Time))
-        DrawRow(painter, scene, MarkKind::kMessage, row.Time, row.Shown, row.Position,
-                Trimmed(row.Text), row.Box);
+        keep(MarkKind::kMessage, i,
+             DrawRow(painter, scene, MarkKind::kMessage, row.Time, row.Shown, row.Position,
+                     Trimmed(row.Text)));
+    }
   if (scene.flags && scene.showFlags)
-    for (FlagEvent &row : *scene.flags)
+    for (std::size_t i = 0; i < scene.flags->size(); ++i) {
+      const FlagEvent &row = (*scene.flags)[i];
       if (InRange(view, row.Time))
-        DrawRow(painter, scene, MarkKind::kFlag, row.Time, row.Shown, row.Position, row.Text,
-                row.Box);
+        keep(MarkKind::kFlag, i,
+             DrawRow(painter, scene, MarkKind::kFlag, row.Time, row.Shown, row.Position, row.Text));
+    }
+  return placed;
 }
 
 }  // namespace recscope

@@ -1,13 +1,11 @@
 #pragma once
 // Alarm, message and flag marks on the plot, with their texts. The box of each
-// drawn text is kept in its row for the hit test of a mouse press.
+// drawn text is returned for the hit test of a mouse press on that surface.
 #include <QPainter>
 
 #include "trend/trend_draw.h"
 
 namespace recscope {
-
-enum class MarkKind { kAlarm, kMessage, kFlag };
 
 // The mark picture of a kind, drawn into its box on Picture2.
 void DrawMarkPicture(QPainter &painter, MarkKind kind, const QRect &box);
@@ -17,6 +15,6 @@ std::string AlarmMarkText(const AlarmEvent &alarm);
 
 // Lines, marks and texts of all rows in range whose kind is switched on; the
 // painter's origin is the top left of Picture2.
-void DrawEventMarks(QPainter &painter, TrendScene &scene);
+std::vector<PlacedText> DrawEventMarks(QPainter &painter, const TrendScene &scene);
 
 }  // namespace recscope

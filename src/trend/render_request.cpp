@@ -7,17 +7,9 @@
 
 namespace recscope {
 
-namespace {
-
-std::int32_t PeriodOf(const SharedState &state, int slot) {
-  return std::max<std::int32_t>(state.SamplePeriods[slot], 1);
-}
-
-}  // namespace
-
 void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayout &layout) {
   const SharedState &state = *request.state;
-  const RecordFileInfo &info = state.RecordFiles[request.slot];
+  const RecordFileInfo &info = state.Slot(request.slot).Record;
   int scales = std::clamp(request.scales, 1, 3);
   InitTrendView(view, info, scales);
   if (request.group >= 1 && request.group <= kGroupTabs && view.Groups[request.group - 1].HasTab)
@@ -42,11 +34,12 @@ void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayou
   ResizeZones(view, kPlotOffset, kDesignPlotExtent, layout.PlotOrigin(), layout.ValueExtent());
 }
 
-TrendScene SlotScene(SharedState &state, int slot, TrendView &view, const TrendLayout &layout) {
+TrendScene SlotScene(const SharedState &state, int slot, const TrendView &view,
+                     const TrendLayout &layout) {
   TrendScene scene;
-  scene.info = &state.RecordFiles[slot];
-  scene.alarms = &state.AlarmFiles[slot];
-  scene.flags = &state.FlagLists[slot];
+  scene.info = &state.Slot(slot).Record;
+  scene.alarms = &state.Slot(slot).Alarms;
+  scene.flags = &state.Slot(slot).Flags;
   scene.view = &view;
   scene.layout = layout;
   scene.showAlarms = state.ShowAlarms;
@@ -59,11 +52,11 @@ TrendScene SlotScene(SharedState &state, int slot, TrendView &view, const TrendL
 
 void ReduceForLayout(const RenderRequest &request, TrendView &view, const TrendLayout &layout) {
   const SharedState &state = *request.state;
-  ReduceDisplayData(view, state.RecordFiles[request.slot], PeriodOf(state, request.slot),
+  ReduceDisplayData(view, state.Slot(request.slot).Record, state.Slot(request.slot).Period(),
                     layout.TimeExtent(), state.ProgramFolder, request.slot);
 }
 
-QImage DrawTrendWindowImage(const RenderRequest &request, TrendView &view,
+QImage DrawTrendWindowImage(const RenderRequest &request, const TrendView &view,
                             const TrendLayout &layout) {
   TrendScene scene = SlotScene(*request.state, request.slot, view, layout);
 

@@ -28,7 +28,8 @@ struct RenderRequest {
 
 // What one drawing of a slot's trend needs: the slot's record, events and flags,
 // the view and layout, and the shared switches and formats.
-TrendScene SlotScene(SharedState &state, int slot, TrendView &view, const TrendLayout &layout);
+TrendScene SlotScene(const SharedState &state, int slot, const TrendView &view,
+                     const TrendLayout &layout);
 
 // The view state and layout of a request: groups, range, cursors, scales.
 void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayout &layout);
@@ -37,7 +38,7 @@ void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayou
 void ReduceForLayout(const RenderRequest &request, TrendView &view, const TrendLayout &layout);
 
 // The window's picture: the tab captions and Picture2 with everything on it.
-QImage DrawTrendWindowImage(const RenderRequest &request, TrendView &view,
+QImage DrawTrendWindowImage(const RenderRequest &request, const TrendView &view,
                             const TrendLayout &layout);
 
 QImage RenderTrendImage(const RenderRequest &request);

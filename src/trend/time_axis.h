@@ -2,12 +2,21 @@
 // The time-axis commands and the scroll bar of a file trend, as functions on the
 // view state. A command returns the catalogue id of its refusal, or 0 when the
 // range changed and the caller is to redraw the whole view.
+#include <array>
 #include <cstdint>
 
 #include "record/record_file_info.h"
 #include "trend/trend_view.h"
 
 namespace recscope {
+
+// The steps of the time axis, in seconds: the tick step of the labels is the first
+// of these that fits.
+constexpr std::array<std::int32_t, 33> IntervalTable = {
+    1,       2,       3,        5,        10,       20,      30,     60,      120,
+    180,     300,     600,      1200,     1800,     3600,    7200,   10800,   14400,
+    21600,   43200,   86400,    172800,   259200,   432000,  864000, 1728000, 2592000,
+    5184000, 7776000, 10368000, 15552000, 31536000, 63072000};
 
 constexpr int kCannotEnlarge = 11160;
 constexpr int kCannotReduce = 11161;

@@ -244,9 +244,10 @@ void DrawChannelWave(QPainter &painter, const TrendScene &scene, int place) {
   });
 }
 
-void TrendDraw(QPainter &painter, TrendScene &scene) {
-  if (!scene.info || !scene.view) return;
-  TrendView &view = *scene.view;
+TrendPlacement TrendDraw(QPainter &painter, const TrendScene &scene) {
+  TrendPlacement placed;
+  if (!scene.info || !scene.view) return placed;
+  const TrendView &view = *scene.view;
   const TrendLayout &l = scene.layout;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing, false);
@@ -265,16 +266,17 @@ void TrendDraw(QPainter &painter, TrendScene &scene) {
   InBox(painter, l.Picture1, [&] { Wave(painter, scene); });
   // 5. Marks and cursors of a file view.
   if (view.RealTime == 0) {
-    DrawEventMarks(painter, scene);
+    placed.eventTexts = DrawEventMarks(painter, scene);
     DrawCursor(painter, scene, 1);
     DrawCursor(painter, scene, 2);
   }
   // 6. Slot numbers.
   DrawSlotNumbers(painter, scene);
   painter.restore();
+  return placed;
 }
 
-QImage DrawTrendImage(TrendScene &scene, double devicePixelRatio) {
+QImage DrawTrendImage(const TrendScene &scene, double devicePixelRatio, TrendPlacement *placed) {
   const Box &frame = scene.layout.Picture2;
   int width =
       std::max(1, static_cast<int>(std::ceil(frame.Width / kTwipsPerPixel * devicePixelRatio)));
@@ -285,7 +287,8 @@ QImage DrawTrendImage(TrendScene &scene, double devicePixelRatio) {
   QPainter painter(&image);
   painter.scale(1.0 / kTwipsPerPixel, 1.0 / kTwipsPerPixel);
   ClearTrendSurfaces(painter, scene);
-  TrendDraw(painter, scene);
+  TrendPlacement drawn = TrendDraw(painter, scene);
+  if (placed) *placed = std::move(drawn);
   return image;
 }
 

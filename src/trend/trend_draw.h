@@ -5,6 +5,7 @@
 // around them.
 #include <QImage>
 #include <QPainter>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -16,11 +17,13 @@ namespace recscope {
 
 constexpr double kTwipsPerPixel = 15.0;
 
+// Everything one drawing reads. Drawing never writes into the record or the view:
+// what it placed comes back as a TrendPlacement.
 struct TrendScene {
   const RecordFileInfo *info = nullptr;
-  AlarmFileInfo *alarms = nullptr;  // text boxes of drawn marks are kept here
-  std::vector<FlagEvent> *flags = nullptr;
-  TrendView *view = nullptr;
+  const AlarmFileInfo *alarms = nullptr;
+  const std::vector<FlagEvent> *flags = nullptr;
+  const TrendView *view = nullptr;
   TrendLayout layout;
   bool showAlarms = true;
   bool showMessages = true;
@@ -31,20 +34,38 @@ struct TrendScene {
   int panelIndex = 3;    // 0..2 that panel, 3 all shown panels
 };
 
+enum class MarkKind { kAlarm, kMessage, kFlag };
+
+// The text of one event row as a drawing placed it, in the plot's coordinates
+// (twips from the top left of Picture1): `row` is the row's index in its list.
+struct PlacedText {
+  MarkKind kind = MarkKind::kAlarm;
+  std::size_t row = 0;
+  TextBox box;
+};
+
+// What one drawing placed on its surface, kept by that surface for its hit
+// tests, so that screen, paper and preview never overwrite each other's.
+struct TrendPlacement {
+  std::vector<PlacedText> eventTexts;
+};
+
 // Fills Picture2, the plot and the panels with their backgrounds: every draw
 // starts from cleared surfaces.
 void ClearTrendSurfaces(QPainter &painter, const TrendScene &scene);
 
 // Scale panels, time axis, value grid, channel lines, event marks, cursors and
 // slot numbers, in that order, each layer over the one before.
-void TrendDraw(QPainter &painter, TrendScene &scene);
+TrendPlacement TrendDraw(QPainter &painter, const TrendScene &scene);
 
 // The plot's lines of one channel (Wave), for a member switched on by itself.
 void DrawChannelWave(QPainter &painter, const TrendScene &scene, int place);
 
 // Picture2 of the scene drawn into an image of its size in pixels, at a device
-// pixel ratio for crisp high-density screens.
-QImage DrawTrendImage(TrendScene &scene, double devicePixelRatio = 1.0);
+// pixel ratio for crisp high-density screens; `placed` (when given) gets what
+// the drawing placed.
+QImage DrawTrendImage(const TrendScene &scene, double devicePixelRatio = 1.0,
+                      TrendPlacement *placed = nullptr);
 
 // Helpers shared by the drawing files.
 QColor ColourOfText(const std::string &colourText);

@@ -51,7 +51,7 @@ QRect PxRect(const Box &b, int dx = 0, int dy = 0) {
   return QRect(Px(b.Left) + dx, Px(b.Top) + dy, Px(b.Width), Px(b.Height));
 }
 
-std::int32_t Period(int slot) { return std::max<std::int32_t>(Shared().SamplePeriods[slot], 1); }
+std::int32_t Period(int slot) { return Shared().Slot(slot).Period(); }
 
 // Picture2: shows the drawn picture, drawn hidden and then shown whole.
 class PictureWidget : public QWidget {
@@ -88,7 +88,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidg
     : QWidget(parent), slot_(slot), horizontal_(horizontal) {
   setObjectName(horizontal ? QStringLiteral("frmTrend") : QStringLiteral("frmTrend2"));
   setProperty("slot", slot);
-  const RecordFileInfo &info = Shared().RecordFiles[slot];
+  const RecordFileInfo &info = Shared().Slot(slot).Record;
   InitTrendView(view_, info, Shared().ScaleCount);
   if (keep) {
     // A switch of orientation keeps cursors, the saved flag and the group state.
@@ -217,9 +217,9 @@ void TrendWindow::LayoutControls() {
 void TrendWindow::RedrawWholeView() {
   view_.Busy = -1;
   if (view_.RealTime == 0) {
-    ReduceDisplayData(view_, Shared().RecordFiles[slot_], Period(slot_), layout_.TimeExtent(),
+    ReduceDisplayData(view_, Shared().Slot(slot_).Record, Period(slot_), layout_.TimeExtent(),
                       Shared().ProgramFolder, slot_);
-    bar_ = SetScrollRange(view_, Shared().RecordFiles[slot_], Period(slot_));
+    bar_ = SetScrollRange(view_, Shared().Slot(slot_).Record, Period(slot_));
   }
   updating_ = true;
   scroll_->setRange(bar_.Min, bar_.Max);
@@ -233,14 +233,13 @@ void TrendWindow::RedrawWholeView() {
   chkAll_->setChecked(ChkAllValue(view_) == 1);
   chkSingle_->setChecked(ChkSingleValue(view_) == 1);
   updating_ = false;
-  TrendScene scene = Scene();
-  picture_ = DrawTrendImage(scene, devicePixelRatioF());
+  picture_ = DrawTrendImage(Scene(), devicePixelRatioF(), &placed_);
   picture2_->update();
   view_.Busy = 0;
 }
 
 void TrendWindow::ScrollTo(int value) {
-  if (!OnScroll(view_, Shared().RecordFiles[slot_], Period(slot_), bar_, value)) return;
+  if (!OnScroll(view_, Shared().Slot(slot_).Record, Period(slot_), bar_, value)) return;
   view_.Busy = -1;
   RedrawWholeView();
   view_.ScrollValue = static_cast<std::int16_t>(scroll_->value());
@@ -254,15 +253,15 @@ void TrendWindow::Report(int messageId) {
   MessageHandler()(this, messageId, QString::fromStdString(GetMessageText(messageId)), false);
 }
 
-void TrendWindow::onTimeAll() { Report(ShowWholeFile(view_, Shared().RecordFiles[slot_])); }
+void TrendWindow::onTimeAll() { Report(ShowWholeFile(view_, Shared().Slot(slot_).Record)); }
 void TrendWindow::onEnlarge() { Report(EnlargeSpan(view_, Period(slot_))); }
 void TrendWindow::onReduce() {
-  Report(ReduceSpan(view_, Shared().RecordFiles[slot_], Period(slot_)));
+  Report(ReduceSpan(view_, Shared().Slot(slot_).Record, Period(slot_)));
 }
 void TrendWindow::onBetweenCursors() { Report(ShowBetweenCursors(view_)); }
 
 void TrendWindow::onTimeSet() {
-  ZoomSettingDialog dialog(HighestReduction(Shared().RecordFiles[slot_]), this);
+  ZoomSettingDialog dialog(HighestReduction(Shared().Slot(slot_).Record), this);
   if (dialog.exec() != QDialog::Accepted) return;
   ApplyZoomSetting(view_, dialog.setting());
   RedrawWholeView();
@@ -282,7 +281,7 @@ void TrendWindow::openScaleEdit(int panel) {
   if (panel < 0 || panel > 2) return;
   int channelIndex = SlotChannelIndex(view_, panel);
   if (channelIndex < 1) return;
-  ScaleEditDialog dialog(Shared().RecordFiles[slot_], channelIndex, this);
+  ScaleEditDialog dialog(Shared().Slot(slot_).Record, channelIndex, this);
   if (dialog.exec() != QDialog::Accepted) return;
   view_.DisplaySaved = false;
   RedrawWholeView();
@@ -332,7 +331,7 @@ void TrendWindow::wheelEvent(QWheelEvent *event) {
 
 void TrendWindow::closeEvent(QCloseEvent *event) {
   if (askOnClose_ && !view_.DisplaySaved) {
-    std::string name = Shared().RecordFiles[slot_].FilePath;
+    std::string name = Shared().Slot(slot_).Record.FilePath;
     std::size_t cut = name.find_last_not_of(' ');
     name = cut == std::string::npos ? std::string() : name.substr(0, cut + 1);
     int answer = MessageHandler()(
@@ -353,7 +352,7 @@ QWidget *CreateTrendWindow(QMdiArea *mdi, int slot) {
   char number[8];
   std::snprintf(number, sizeof number, "%02d", slot);
   window->setWindowTitle(QString::fromStdString(GetMessageText(kCaption, "@FileNumber@", number) +
-                                                "[" + Shared().RecordFiles[slot].FilePath + "]"));
+                                                "[" + Shared().Slot(slot).Record.FilePath + "]"));
   window->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
   if (mdi) {
     const QSize firstSize = window->size();

@@ -30,6 +30,8 @@ class TrendWindow : public QWidget {
   TrendView &view() { return view_; }
   const ScrollBarState &scrollState() const { return bar_; }
   const QImage &picture() const { return picture_; }
+  // The event texts as the last drawing placed them on this window, for its hit tests.
+  const TrendPlacement &placement() const { return placed_; }
   // Closing without the save question (the orientation switch).
   void setAskOnClose(bool ask) { askOnClose_ = ask; }
 
@@ -66,6 +68,7 @@ class TrendWindow : public QWidget {
   TrendLayout layout_;
   ScrollBarState bar_;
   QImage picture_;
+  TrendPlacement placed_;  // what the last drawing placed on this window's picture
   QTabBar *tabs_ = nullptr;
   QWidget *picture2_ = nullptr;
   QScrollBar *scroll_ = nullptr;

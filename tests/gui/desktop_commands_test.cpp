@@ -55,7 +55,7 @@ TEST_F(DesktopFixture, NamedRecordOpensInATrendWindowAndMenusGoToStateOne) {
   TrendWindow *trend = Trends(window).front();
   EXPECT_EQ(trend->objectName(), "frmTrend");
   EXPECT_EQ(trend->slot(), 1);
-  EXPECT_EQ(Shared().RecordFiles[1].InUse, -1);
+  EXPECT_EQ(Shared().Slot(1).Record.InUse, -1);
   EXPECT_EQ(Shared().MenuState, 1);
   EXPECT_TRUE(window.command("mnuTime")->isEnabled());
   EXPECT_EQ(CountWorkingFiles(home.folder()), 4);
@@ -68,7 +68,7 @@ TEST_F(DesktopFixture, TimeAxisCommandsReachTheActiveTrendWindow) {
   window.runCommand("mnuTimeAll");
   const std::int32_t start = trend->view().DisplayStart;
   const std::int32_t span = trend->view().DisplayEnd - start;
-  EXPECT_EQ(start, Shared().RecordFiles[1].FirstTime);
+  EXPECT_EQ(start, Shared().Slot(1).Record.FirstTime);
   window.runCommand("mnuTimeI");
   EXPECT_EQ(trend->view().DisplayStart, start);
   EXPECT_LT(trend->view().DisplayEnd - trend->view().DisplayStart, span);
@@ -81,7 +81,7 @@ TEST_F(DesktopFixture, DirectionSwitchKeepsTheSlotAndItsFiles) {
   window.runCommand("mnuViewTrendVer");
   ASSERT_EQ(Trends(window).size(), 1);
   EXPECT_EQ(Trends(window).front()->objectName(), "frmTrend2");
-  EXPECT_EQ(Shared().RecordFiles[1].InUse, -1);
+  EXPECT_EQ(Shared().Slot(1).Record.InUse, -1);
   EXPECT_EQ(Shared().OpenFileCount, 1);
   EXPECT_EQ(CountWorkingFiles(home.folder()), 4);
   window.runCommand("mnuViewTrendHori");
@@ -94,7 +94,7 @@ TEST_F(DesktopFixture, ClosingTheTrendWindowFreesTheSlotAndDeletesItsFiles) {
   window.runCommand("mnuFileClose");
   QCoreApplication::processEvents();
   EXPECT_TRUE(Trends(window).isEmpty());
-  EXPECT_EQ(Shared().RecordFiles[1].InUse, 0);
+  EXPECT_EQ(Shared().Slot(1).Record.InUse, 0);
   EXPECT_EQ(Shared().OpenFileCount, 0);
   EXPECT_EQ(Shared().MenuState, 0);
   EXPECT_FALSE(window.command("mnuTime")->isEnabled());

@@ -95,14 +95,14 @@ TEST_F(OpenDialogs, OpeningMakesTheSlotWindowAndClosingItFreesTheSlot) {
   EXPECT_EQ(window->property("slot").toInt(), 1);
   EXPECT_EQ(window->windowTitle(),
             Text(19500).replace("@FileNumber@", "01") + "[" + QString::fromStdString(path) + "]");
-  EXPECT_EQ(Shared().RecordFiles[1].InUse, -1);
+  EXPECT_EQ(Shared().Slot(1).Record.InUse, -1);
   EXPECT_EQ(Shared().MenuState, 1);
   EXPECT_FALSE(std::filesystem::is_empty(Shared().ProgramFolder));
   for (QWidget *top : QApplication::topLevelWidgets()) EXPECT_NE(top->objectName(), "dlgRead");
 
   area->subWindowList().first()->close();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  EXPECT_EQ(Shared().RecordFiles[1].InUse, 0);
+  EXPECT_EQ(Shared().Slot(1).Record.InUse, 0);
   EXPECT_EQ(Shared().OpenFileCount, 0);
   EXPECT_TRUE(std::filesystem::is_empty(Shared().ProgramFolder));
 }

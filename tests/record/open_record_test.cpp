@@ -58,16 +58,16 @@ TEST_F(OpenRecord, OpensIntoTheFirstFreeSlotAndBuildsTheWorkingFiles) {
   EXPECT_EQ(out.messageId, 0);
   EXPECT_EQ(state.CurrentFile, 1);
   EXPECT_EQ(state.OpenFileCount, 1);
-  EXPECT_EQ(state.RecordFiles[1].InUse, -1);
-  EXPECT_EQ(state.RecordFiles[1].RecordCount, 30);
-  EXPECT_EQ(state.SamplePeriods[1], 10);
+  EXPECT_EQ(state.Slot(1).Record.InUse, -1);
+  EXPECT_EQ(state.Slot(1).Record.RecordCount, 30);
+  EXPECT_EQ(state.Slot(1).SamplePeriod, 10);
   EXPECT_EQ(lastValue, lastMaximum);
   EXPECT_GT(lastMaximum, 0);
   EXPECT_TRUE(std::filesystem::exists(WorkingFilePath(state.ProgramFolder, 1, 1, false)));
   EXPECT_TRUE(std::filesystem::exists(WorkingFilePath(state.ProgramFolder, 1, 1, true)));
 
   CloseRecordSlot(state, 1);
-  EXPECT_EQ(state.RecordFiles[1].InUse, 0);
+  EXPECT_EQ(state.Slot(1).Record.InUse, 0);
   EXPECT_EQ(state.OpenFileCount, 0);
   EXPECT_TRUE(HomeIsEmpty());
 }
@@ -77,7 +77,7 @@ TEST_F(OpenRecord, EveryEncodingOpens) {
     const std::string path = WriteRecord("SENC0" + std::to_string(format) + ".FDT", format);
     OpenOutcome out = OpenRecordFile(state, path);
     ASSERT_TRUE(out.opened) << format;
-    EXPECT_EQ(state.RecordFiles[out.slot].FileFormat, format);
+    EXPECT_EQ(state.Slot(out.slot).Record.FileFormat, format);
   }
 }
 
@@ -133,7 +133,7 @@ TEST_F(OpenRecord, SameFileOpenedTwiceTakesTwoSlots) {
   ASSERT_TRUE(second.opened);
   EXPECT_EQ(first.slot, 1);
   EXPECT_EQ(second.slot, 2);
-  EXPECT_EQ(state.RecordFiles[2].FilePath, path);
+  EXPECT_EQ(state.Slot(2).Record.FilePath, path);
 }
 
 TEST_F(OpenRecord, ZeroByteAlarmFileSetsTheAlarmPathAndFailsTheOpen) {
@@ -145,7 +145,7 @@ TEST_F(OpenRecord, ZeroByteAlarmFileSetsTheAlarmPathAndFailsTheOpen) {
   EXPECT_EQ(out.messageId, 11190);
   EXPECT_FALSE(out.showChoiceAgain);
   EXPECT_EQ(state.CurrentFile, 3);
-  EXPECT_EQ(state.RecordFiles[1].InUse, 0);
+  EXPECT_EQ(state.Slot(1).Record.InUse, 0);
   EXPECT_TRUE(HomeIsEmpty());
 }
 
@@ -167,12 +167,12 @@ TEST_F(OpenRecord, AlarmAndFlagCompanionsAreTakenIn) {
   ASSERT_TRUE(WriteFlagFile(Companion(path, 'F'), MakeInfo(3, 1), decided, {f}));
   OpenOutcome out = OpenRecordFile(state, path);
   ASSERT_TRUE(out.opened);
-  EXPECT_EQ(state.AlarmFiles[1].AlarmPath, Companion(path, 'A'));
-  EXPECT_EQ(state.AlarmFiles[1].AlarmCount, 1);
-  EXPECT_EQ(state.AlarmFiles[1].Alarms[0].Position, 4);
-  EXPECT_EQ(state.FlagPaths[1], Companion(path, 'F'));
-  ASSERT_EQ(state.FlagLists[1].size(), 1u);
-  EXPECT_EQ(state.FlagLists[1][0].Text, "check");
+  EXPECT_EQ(state.Slot(1).Alarms.AlarmPath, Companion(path, 'A'));
+  EXPECT_EQ(state.Slot(1).Alarms.AlarmCount, 1);
+  EXPECT_EQ(state.Slot(1).Alarms.Alarms[0].Position, 4);
+  EXPECT_EQ(state.Slot(1).FlagPath, Companion(path, 'F'));
+  ASSERT_EQ(state.Slot(1).Flags.size(), 1u);
+  EXPECT_EQ(state.Slot(1).Flags[0].Text, "check");
 }
 
 TEST_F(OpenRecord, FlagFileOf170BytesIsNotUsedAndAlarmEventsKeepTheirDefaults) {
@@ -185,9 +185,9 @@ TEST_F(OpenRecord, FlagFileOf170BytesIsNotUsedAndAlarmEventsKeepTheirDefaults) {
   ASSERT_TRUE(WriteWholeFile(Companion(path, 'F'), std::string(170, ' ')));
   OpenOutcome out = OpenRecordFile(state, path);
   ASSERT_TRUE(out.opened);
-  EXPECT_TRUE(state.FlagPaths[1].empty());
-  EXPECT_EQ(state.AlarmFiles[1].Alarms[0].Shown, 0);
-  EXPECT_EQ(state.AlarmFiles[1].Alarms[0].Position, 2);
+  EXPECT_TRUE(state.Slot(1).FlagPath.empty());
+  EXPECT_EQ(state.Slot(1).Alarms.Alarms[0].Shown, 0);
+  EXPECT_EQ(state.Slot(1).Alarms.Alarms[0].Position, 2);
 }
 
 struct Refusal {
@@ -234,8 +234,8 @@ TEST_P(OpenRefusal, GivesItsMessageAndLeavesNothingBehind) {
   EXPECT_EQ(out.messageId, refusal.messageId);
   EXPECT_EQ(state.CurrentFile, 7);
   EXPECT_EQ(state.OpenFileCount, 0);
-  EXPECT_EQ(state.RecordFiles[1].InUse, 0);
-  EXPECT_TRUE(state.RecordFiles[1].FilePath.empty());
+  EXPECT_EQ(state.Slot(1).Record.InUse, 0);
+  EXPECT_TRUE(state.Slot(1).Record.FilePath.empty());
   EXPECT_TRUE(HomeIsEmpty());
 }
 
@@ -264,7 +264,7 @@ TEST_F(OpenRecord, CommittedSampleFamiliesOpenWithTheirCompanions) {
   for (const std::string &path : {samples + "/SHEAT01.FDT", samples + "/text/SHEAT01.FDT"}) {
     OpenOutcome out = OpenRecordFile(state, path);
     ASSERT_TRUE(out.opened) << path;
-    const RecordFileInfo &info = state.RecordFiles[out.slot];
+    const RecordFileInfo &info = state.Slot(out.slot).Record;
     const bool binary = info.FileFormat == 2;
     EXPECT_EQ(info.FileFormat, binary ? 2 : 1);
     // Three days (binary) or twelve hours (text) at a 10-second period.
@@ -273,11 +273,11 @@ TEST_F(OpenRecord, CommittedSampleFamiliesOpenWithTheirCompanions) {
     EXPECT_EQ(info.AnalogCount, 12);
     EXPECT_EQ(info.DiCount, 3);
     EXPECT_EQ(info.Channels[4].ScaleKind, 1);
-    EXPECT_FALSE(state.AlarmFiles[out.slot].AlarmPath.empty());
-    EXPECT_GT(state.AlarmFiles[out.slot].AlarmCount, 0);
-    EXPECT_GT(state.AlarmFiles[out.slot].MessageCount, 0);
-    EXPECT_FALSE(state.FlagPaths[out.slot].empty());
-    EXPECT_FALSE(state.FlagLists[out.slot].empty());
+    EXPECT_FALSE(state.Slot(out.slot).Alarms.AlarmPath.empty());
+    EXPECT_GT(state.Slot(out.slot).Alarms.AlarmCount, 0);
+    EXPECT_GT(state.Slot(out.slot).Alarms.MessageCount, 0);
+    EXPECT_FALSE(state.Slot(out.slot).FlagPath.empty());
+    EXPECT_FALSE(state.Slot(out.slot).Flags.empty());
     CloseRecordSlot(state, out.slot);
   }
   EXPECT_TRUE(HomeIsEmpty());

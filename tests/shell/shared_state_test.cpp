@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
+#include "shell/settings.h"
+#include "temp_folder.h"
+
 using namespace recscope;
 
 TEST(SharedState, StartValues) {
@@ -12,9 +17,7 @@ TEST(SharedState, StartValues) {
   EXPECT_EQ(s.MenuState, 5);
   EXPECT_EQ(s.LevelBase, 10);
   EXPECT_EQ(s.LevelRowLimit, 6000);
-  EXPECT_EQ(IntervalTable.size(), 33u);
-  EXPECT_EQ(IntervalTable.front(), 1);
-  EXPECT_EQ(IntervalTable.back(), 63072000);
+  for (const RecordSlot &slot : s.Slots) EXPECT_FALSE(slot.InUse());
 }
 
 TEST(SharedState, ProgramFolderAtTheRootGetsNoSecondSeparator) {
@@ -42,4 +45,50 @@ TEST(SharedState, ProgramFolderAtTheRootGivesRootComWorkPath) {
   ResetSharedState(s);
   EXPECT_EQ(s.ComWorkPath, "/opt/rs/COMWORK.DAT");
   EXPECT_FALSE(s.AutoRunning);
+}
+
+TEST(SharedState, SlotPeriodIsNeverBelowOneSecond) {
+  RecordSlot slot;
+  EXPECT_EQ(slot.Period(), 1);
+  slot.SamplePeriod = -5;
+  EXPECT_EQ(slot.Period(), 1);
+  slot.SamplePeriod = 10;
+  EXPECT_EQ(slot.Period(), 10);
+}
+
+TEST(SharedState, SlotNumberReachesTheSameSlotAsTheArray) {
+  SharedState s;
+  s.Slot(3).Record.FilePath = "/data/S0001.FDT";
+  EXPECT_EQ(s.Slots[3].Record.FilePath, "/data/S0001.FDT");
+  EXPECT_THROW(s.Slot(18), std::out_of_range);
+}
+
+// Both programs start the shared state with this one routine, so the batch
+// command draws in the direction and date format the operator chose.
+TEST(SharedState, StartReadsDirectionAndDateFormatOfTheSettings) {
+  recscope::testing::TempFolder folder;
+  {
+    std::ofstream ini(folder.file("VIEWERCOM.INI"));
+    ini << "[DATETYPE]\r\nHYOUJINUM=3\r\n[TREND]\r\nDIRECTION=Ver\r\n";
+  }
+  SharedState s;
+  s.ProgramFolder = folder.str();
+  s.Slot(2).Record.InUse = -1;
+  StartSharedState(s, ",");
+  EXPECT_EQ(s.TrendOrientation, 0);
+  EXPECT_EQ(s.DateFormatNo, 3);
+  EXPECT_EQ(s.DecimalChar, ",");
+  EXPECT_EQ(s.ListSeparator, ";");
+  EXPECT_FALSE(s.Slot(2).InUse());
+  EXPECT_EQ(s.ProgramFolder, folder.str());
+}
+
+TEST(SharedState, StartWithoutSettingsFileDeliversOneAndReadsHorizontal) {
+  recscope::testing::TempFolder folder;
+  SharedState s;
+  s.ProgramFolder = folder.str();
+  StartSharedState(s, ".");
+  EXPECT_TRUE(std::ifstream(ViewerComIniPath(folder.str())).good());
+  EXPECT_EQ(s.TrendOrientation, -1);
+  EXPECT_EQ(s.DateFormatNo, 1);
 }

@@ -50,15 +50,15 @@ struct DialogFixture : ::testing::Test {
       std::int16_t v = static_cast<std::int16_t>(r % 1000);
       return std::make_pair(v, v);
     });
-    Shared().RecordFiles[1] = info;
-    Shared().SamplePeriods[1] = 1;
+    Shared().Slot(1).Record = info;
+    Shared().Slot(1).SamplePeriod = 1;
     SetTrendMessageHandler([this](QWidget *, int id, const QString &text, bool) {
       messages.push_back({id, text});
       return 0;
     });
   }
   void TearDown() override { SetTrendMessageHandler(nullptr); }
-  RecordFileInfo &Info() { return Shared().RecordFiles[1]; }
+  RecordFileInfo &Info() { return Shared().Slot(1).Record; }
 };
 
 QLineEdit *Field(QDialog &d, const char *name) { return d.findChild<QLineEdit *>(name); }

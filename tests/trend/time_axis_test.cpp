@@ -217,3 +217,11 @@ TEST(TimeScale, RealTimeIndexStopsAtItsLimits) {
 
 }  // namespace
 }  // namespace recscope
+
+TEST(TimeAxis, IntervalTableHoldsTheThirtyThreeTickSteps) {
+  using recscope::IntervalTable;
+  EXPECT_EQ(IntervalTable.size(), 33u);
+  EXPECT_EQ(IntervalTable.front(), 1);
+  EXPECT_EQ(IntervalTable[15], 7200);
+  EXPECT_EQ(IntervalTable.back(), 63072000);
+}

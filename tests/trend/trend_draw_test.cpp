@@ -174,7 +174,7 @@ TEST(TrendDraw, CursorLineAtItsTime) {
   EXPECT_FALSE(ColourNear(none, s.Plot().Left + x, s.Plot().Top + 1500, QColor(0, 255, 255)));
 }
 
-TEST(TrendDraw, AlarmMarkAndTextBoxAreKept) {
+TEST(TrendDraw, AlarmMarkAndTextBoxComeBackAsPlacement) {
   Scene s(0, 100);
   AlarmEvent alarm;
   alarm.Time = 500;
@@ -184,16 +184,44 @@ TEST(TrendDraw, AlarmMarkAndTextBoxAreKept) {
   alarm.AlarmState = 1;
   alarm.Shown = -1;
   s.alarms.Alarms.push_back(alarm);
-  QImage image = DrawTrendImage(s.scene);
+  TrendPlacement placed;
+  QImage image = DrawTrendImage(s.scene, 1.0, &placed);
   double x = TimeToPosition(s.view, 500);
   EXPECT_TRUE(ColourNear(image, s.Plot().Left + x, s.Plot().Top + 10, kRed));
-  const TextBox &box = s.alarms.Alarms[0].Box;
+  ASSERT_EQ(placed.eventTexts.size(), 1u);
+  EXPECT_EQ(placed.eventTexts[0].kind, MarkKind::kAlarm);
+  EXPECT_EQ(placed.eventTexts[0].row, 0u);
+  const TextBox &box = placed.eventTexts[0].box;
   EXPECT_EQ(box.Left, x + 50);
   EXPECT_GT(box.Right, box.Left);
   EXPECT_GT(box.Bottom, box.Top);
   s.scene.showAlarms = false;
-  QImage hidden = DrawTrendImage(s.scene);
+  QImage hidden = DrawTrendImage(s.scene, 1.0, &placed);
   EXPECT_FALSE(ColourNear(hidden, s.Plot().Left + x, s.Plot().Top + 10, kRed));
+  EXPECT_TRUE(placed.eventTexts.empty());
+}
+
+// Two surfaces of the same record keep their own boxes: a drawing at another
+// size places the text elsewhere without touching the first one's.
+TEST(TrendDraw, EachSurfaceKeepsItsOwnPlacement) {
+  Scene s(0, 100);
+  AlarmEvent alarm;
+  alarm.Time = 500;
+  alarm.Shown = -1;
+  s.alarms.Alarms.push_back(alarm);
+  TrendPlacement screen, paper;
+  DrawTrendImage(s.scene, 1.0, &screen);
+  TrendScene wide = s.scene;
+  wide.layout = LayoutTrend(30000, 8250, 1, true);
+  TrendView wideView = s.view;
+  wideView.PlotSpan = (wide.layout.Picture1.Width / 15 - 1) * 15;
+  wide.view = &wideView;
+  DrawTrendImage(wide, 1.0, &paper);
+  ASSERT_EQ(screen.eventTexts.size(), 1u);
+  ASSERT_EQ(paper.eventTexts.size(), 1u);
+  EXPECT_EQ(screen.eventTexts[0].box.Left, TimeToPosition(s.view, 500) + 50);
+  EXPECT_EQ(paper.eventTexts[0].box.Left, TimeToPosition(wideView, 500) + 50);
+  EXPECT_NE(screen.eventTexts[0].box.Left, paper.eventTexts[0].box.Left);
 }
 
 TEST(TrendDraw, HighDensityImageHasTwiceThePixels) {
@@ -214,8 +242,8 @@ TEST(RenderTrendImage, DrawsAHandMadeSlotWithLevelFiles) {
     std::int16_t v = static_cast<std::int16_t>(c == 3 ? (r / 500) % 2 : 500);
     return std::make_pair(v, v);
   });
-  state.RecordFiles[2] = info;
-  state.SamplePeriods[2] = 1;
+  state.Slot(2).Record = info;
+  state.Slot(2).SamplePeriod = 1;
   RenderRequest request;
   request.state = &state;
   request.slot = 2;

@@ -62,8 +62,8 @@ int main(int argc, char **argv) {
                   }
                 }
               });
-  state.RecordFiles[1] = info;
-  state.SamplePeriods[1] = 1;
+  state.Slot(1).Record = info;
+  state.Slot(1).SamplePeriod = 1;
   AlarmEvent alarm;
   alarm.Time = info.FirstTime + 20000;
   alarm.ChannelNo = 1;
@@ -71,17 +71,17 @@ int main(int argc, char **argv) {
   alarm.AlarmAction = 1;
   alarm.AlarmState = 1;
   alarm.Shown = -1;
-  state.AlarmFiles[1].Alarms.push_back(alarm);
+  state.Slot(1).Alarms.Alarms.push_back(alarm);
   MessageEvent message;
   message.Time = info.FirstTime + 45000;
   message.Text = "ﾊﾞﾙﾌﾞ開";
   message.Shown = -1;
-  state.AlarmFiles[1].Messages.push_back(message);
+  state.Slot(1).Alarms.Messages.push_back(message);
   FlagEvent flag;
   flag.Time = info.FirstTime + 70000;
   flag.Text = "FLAG1";
   flag.Shown = -1;
-  state.FlagLists[1].push_back(flag);
+  state.Slot(1).Flags.push_back(flag);
 
   std::string out = argv[1];
   RenderRequest request;

@@ -38,8 +38,8 @@ struct WindowFixture : ::testing::Test {
       std::int16_t v = static_cast<std::int16_t>(r % 1000);
       return std::make_pair(v, v);
     });
-    Shared().RecordFiles[1] = info;
-    Shared().SamplePeriods[1] = 1;
+    Shared().Slot(1).Record = info;
+    Shared().Slot(1).SamplePeriod = 1;
     SetTrendMessageHandler([this](QWidget *, int id, const QString &, bool) {
       messages.push_back(id);
       return answer;
