@@ -149,6 +149,18 @@ OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
   return outcome;
 }
 
+bool IsFileOpen(const SharedState &state, const std::string &path) {
+  for (int slot = 1; slot <= kSlotCount; ++slot)
+    if (state.RecordFiles[slot].InUse != 0 && state.RecordFiles[slot].FilePath == path) return true;
+  return false;
+}
+
+void DeleteOpenWorkingFiles(const SharedState &state) {
+  for (int slot = 1; slot <= kSlotCount; ++slot)
+    if (state.RecordFiles[slot].InUse != 0)
+      DeleteWorkingFiles(state.RecordFiles[slot], state.ProgramFolder, slot);
+}
+
 void CloseRecordSlot(SharedState &state, int slot) {
   if (slot < 1 || slot > kSlotCount) return;
   const bool wasInUse = state.RecordFiles[slot].InUse != 0;
