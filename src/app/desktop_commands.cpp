@@ -4,10 +4,10 @@
 #include <QMdiSubWindow>
 
 #include "record/open_command.h"
-#include "record/open_record.h"
 #include "record/open_select_dialog.h"
 #include "shell/main_window.h"
 #include "shell/shared_state.h"
+#include "shell/slot_windows.h"
 #include "trend/trend_window.h"
 
 namespace recscope {
@@ -51,22 +51,13 @@ void ConnectDesktopCommands(MainWindow &window) {
       Shared().CurrentFile = static_cast<std::int16_t>(sub->widget()->property("slot").toInt());
   });
 
-  SetTrendWindowFactory(
-      [](int slot) -> QWidget * { return new TrendWindow(slot, Shared().TrendOrientation != 0); });
-  SetTrendCloseHook([frame](int slot) {
-    CloseRecordSlot(Shared(), slot);
-    frame->UpdateMainMenus();
-  });
-
-  auto openPaths = [frame, mdi](const QStringList &paths) {
+  // Each open applies the menu set itself, after the open count has changed; the
+  // trend window's close does the same (shell/slot_windows).
+  window.setOpenFilesHandler([frame, mdi](const QStringList &paths) {
     for (const QString &path : paths) OpenRecordPath(frame, mdi, path);
-    frame->UpdateMainMenus();
-  };
-  window.setOpenFilesHandler(openPaths);
-  window.setCommandHandler("mnuFileOpen", [frame, mdi] {
-    OpenSelectDialog::ShowModal(mdi, frame);
-    frame->UpdateMainMenus();
   });
+  window.setCommandHandler("mnuFileOpen",
+                           [frame, mdi] { OpenSelectDialog::ShowModal(mdi, frame); });
 
   OnTrend(window, "mnuTimeAll", &TrendWindow::onTimeAll);
   OnTrend(window, "mnuTimeI", &TrendWindow::onEnlarge);

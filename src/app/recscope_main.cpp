@@ -6,8 +6,10 @@
 #include <cstdlib>
 
 #include "app/desktop_commands.h"
+#include "record/working_files.h"
 #include "shell/home_folder.h"
 #include "shell/main_window.h"
+#include "shell/message_service.h"
 #include "shell/shared_state.h"
 #include "shell/single_instance.h"
 
@@ -30,6 +32,10 @@ int main(int argc, char *argv[]) {
   // A program already running on this folder keeps it: return at once, silently.
   recscope::InstanceLock instance;
   if (!instance.acquire(QString::fromStdString(home))) return 0;
+  // The lock proves that no other run uses this folder: working files found now
+  // are what a run that did not end normally left behind.
+  recscope::DeleteStaleWorkingFiles(home);
+  recscope::SetMessageService(recscope::ShowMessageBox);
 
   recscope::SharedState &state = recscope::Shared();
   state.ProgramFolder = home;

@@ -150,6 +150,18 @@ OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
   return outcome;
 }
 
+bool IsFileOpen(const SharedState &state, const std::string &path) {
+  for (int slot = 1; slot <= kSlotCount; ++slot)
+    if (state.Slot(slot).InUse() && state.Slot(slot).Record.FilePath == path) return true;
+  return false;
+}
+
+void DeleteOpenWorkingFiles(const SharedState &state) {
+  for (int slot = 1; slot <= kSlotCount; ++slot)
+    if (state.Slot(slot).InUse())
+      DeleteWorkingFiles(state.Slot(slot).Record, state.ProgramFolder, slot);
+}
+
 void CloseRecordSlot(SharedState &state, int slotNo) {
   if (slotNo < 1 || slotNo > kSlotCount) return;
   RecordSlot &slot = state.Slot(slotNo);

@@ -35,6 +35,15 @@ bool IsRecordFileName(const std::string &path);
 OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
                            const ProgressFn &progress = {});
 
+// Whether a slot in use holds exactly this FilePath (the same text; no other
+// spelling of the path counts). Opening does not ask it: the same file opened
+// twice takes two slots.
+bool IsFileOpen(const SharedState &state, const std::string &path);
+
+// The working files of every slot still in use are deleted; the slots stay as
+// they are. The end of the program does this, so that no working file outlives it.
+void DeleteOpenWorkingFiles(const SharedState &state);
+
 // What closing a trend window does to its slot: arrays erased, InUse 0, working
 // files deleted, one open file fewer.
 void CloseRecordSlot(SharedState &state, int slot);

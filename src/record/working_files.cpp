@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
@@ -308,6 +309,38 @@ void DeleteWorkingFiles(const RecordFileInfo &info, const std::string &programFo
     std::remove(WorkingFilePath(programFolder, slot, k, false).c_str());
     std::remove(WorkingFilePath(programFolder, slot, k, true).c_str());
   }
+}
+
+bool IsWorkingFileName(const std::string &name) {
+  // Reads one run of digits at `pos`; false when there is none.
+  auto digits = [&name](std::size_t &pos) {
+    const std::size_t start = pos;
+    while (pos < name.size() && name[pos] >= '0' && name[pos] <= '9') ++pos;
+    return pos > start;
+  };
+  auto literal = [&name](std::size_t &pos, std::string_view text) {
+    if (name.compare(pos, text.size(), text) != 0) return false;
+    pos += text.size();
+    return true;
+  };
+  std::size_t pos = 0;
+  if (!literal(pos, "Operation_") || !digits(pos) || !literal(pos, "_")) return false;
+  literal(pos, "COM_");
+  return digits(pos) && literal(pos, ".OPL") && pos == name.size();
+}
+
+int DeleteStaleWorkingFiles(const std::string &programFolder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entries(programFolder, error);
+  if (error) return 0;
+  std::vector<std::filesystem::path> stale;
+  for (const auto &entry : entries)
+    if (entry.is_regular_file(error) && IsWorkingFileName(entry.path().filename().string()))
+      stale.push_back(entry.path());
+  int deleted = 0;
+  for (const auto &path : stale)
+    if (std::filesystem::remove(path, error)) ++deleted;
+  return deleted;
 }
 
 }  // namespace recscope

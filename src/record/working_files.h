@@ -32,4 +32,14 @@ int BuildWorkingFiles(const RecordFileInfo &info, const std::string &programFold
 // Deletes both files of every level 1 to TopLevel + 1 of the slot, where they exist.
 void DeleteWorkingFiles(const RecordFileInfo &info, const std::string &programFolder, int slot);
 
+// Whether a file name is one of the working file names, Operation_<n>_<k>.OPL or
+// Operation_<n>_COM_<k>.OPL.
+bool IsWorkingFileName(const std::string &name);
+
+// Deletes every working file in the program folder, of any slot and level: what
+// a run that did not end normally left behind. Only for a start that holds the
+// folder's single-instance lock, when no other run can be using them. Returns
+// how many were deleted.
+int DeleteStaleWorkingFiles(const std::string &programFolder);
+
 }  // namespace recscope

@@ -975,6 +975,12 @@ std::string GetMessageText(int id, std::string_view word, std::string_view value
   return ReplacePlaceholder(GetMessageText(id), word, value);
 }
 
+std::string GetMessageText(int id, const MessagePlaceholders &placeholders) {
+  std::string text = GetMessageText(id);
+  for (const auto &[word, value] : placeholders) text = ReplacePlaceholder(text, word, value);
+  return text;
+}
+
 double MessageNumber(int id, double fallback) {
   std::string text = GetMessageText(id);
   char *end = nullptr;

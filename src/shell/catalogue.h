@@ -5,6 +5,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace recscope {
 
@@ -25,6 +27,12 @@ std::string ReplacePlaceholder(std::string text, std::string_view word, std::str
 
 // GetMessageText with one placeholder filled in.
 std::string GetMessageText(int id, std::string_view word, std::string_view value);
+
+// Placeholder words with their @ signs ("@FileName@") and the values they take.
+using MessagePlaceholders = std::vector<std::pair<std::string, std::string>>;
+
+// GetMessageText with every placeholder filled in, in order.
+std::string GetMessageText(int id, const MessagePlaceholders &placeholders);
 
 // The row's text as a number (for the rows that hold layout values), or
 // `fallback` when it is no number.

@@ -11,13 +11,16 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
 
 #include "ftp/operation_log.h"
+#include "record/open_record.h"
 #include "shell/catalogue.h"
 #include "shell/child_layout.h"
+#include "shell/control_tips.h"
 #include "shell/fetch_schedule_check.h"
 #include "shell/init_set.h"
 #include "shell/menu_state.h"
@@ -90,7 +93,8 @@ void MainWindow::load() {
   state.OpenAdditionCount = 0;
   UpdateMainMenus();
 
-  const QRect place = ReadWindowPlace();
+  const QScreen *shown = screen() ? screen() : QGuiApplication::primaryScreen();
+  const QRect place = ReadWindowPlace(shown ? shown->availableGeometry() : QRect(0, 0, 800, 600));
   move(place.topLeft());
   resize(place.size());
 
@@ -98,6 +102,7 @@ void MainWindow::load() {
 
   const FetchScheduleCheck fetch = StartupFetchCheck(ini);
   setAutoFetchStatus(fetch.Complete ? (fetch.AutoOn ? QString() : Text(10802)) : Text(10803));
+  autoFetchPanel_->setToolTip(fetch.Complete ? QString() : ControlTip("sbAutoFetch"));
 }
 
 QAction *MainWindow::command(const QString &controlName) const {
@@ -264,6 +269,8 @@ void MainWindow::closeEvent(QCloseEvent *event) {
     return;
   }
   if (!isMinimized()) SaveWindowPlace(QRect(pos(), size()));
+  // No working file outlives the program: those of the slots still open go now.
+  DeleteOpenWorkingFiles(state);
   LogWrite(state.ProgramFolder, GetMessageText(10856));
   event->accept();
   // The process ends at once; open child windows are not asked.

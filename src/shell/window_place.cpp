@@ -1,15 +1,21 @@
 #include "shell/window_place.h"
 
 #include <QSettings>
+#include <optional>
 
 namespace recscope {
 
 namespace {
 
-int ReadTwips(QSettings &store, const char *key, double fallback) {
+constexpr int kTwipsPerPixel = 15;
+constexpr double kDefaultLeftTop = 1000;
+constexpr double kFirstStartShare = 0.8;
+
+std::optional<int> ReadTwips(QSettings &store, const char *key) {
   bool ok = false;
   const float twips = store.value(key).toString().toFloat(&ok);
-  return qRound((ok ? twips : fallback) / kTwipsPerPixel);
+  if (!ok) return std::nullopt;
+  return qRound(twips / kTwipsPerPixel);
 }
 
 void WriteTwips(QSettings &store, const char *key, int pixels) {
@@ -18,11 +24,22 @@ void WriteTwips(QSettings &store, const char *key, int pixels) {
 
 }  // namespace
 
-QRect ReadWindowPlace() {
+QRect FirstStartPlace(const QRect &available) {
+  const int width = qRound(available.width() * kFirstStartShare);
+  const int height = qRound(available.height() * kFirstStartShare);
+  return QRect(available.left() + (available.width() - width) / 2,
+               available.top() + (available.height() - height) / 2, width, height);
+}
+
+QRect ReadWindowPlace(const QRect &available) {
   QSettings store("Recscope", "Recscope");
   store.beginGroup("Settings");
-  return QRect(ReadTwips(store, "MainLeft", 1000), ReadTwips(store, "MainTop", 1000),
-               ReadTwips(store, "MainWidth", 6500), ReadTwips(store, "MainHeight", 6500));
+  const std::optional<int> width = ReadTwips(store, "MainWidth");
+  const std::optional<int> height = ReadTwips(store, "MainHeight");
+  if (!width || !height) return FirstStartPlace(available);
+  const int fallback = qRound(kDefaultLeftTop / kTwipsPerPixel);
+  return QRect(ReadTwips(store, "MainLeft").value_or(fallback),
+               ReadTwips(store, "MainTop").value_or(fallback), *width, *height);
 }
 
 void SaveWindowPlace(const QRect &pixels) {

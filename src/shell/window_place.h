@@ -5,11 +5,14 @@
 
 namespace recscope {
 
-inline constexpr int kTwipsPerPixel = 15;
+// The place of a first start: 80 % of the available screen area in each
+// direction, centred in it, so that a trend window at its first size fits inside.
+QRect FirstStartPlace(const QRect &available);
 
-// The saved place in pixels; a missing or unreadable key gives its default
-// (1000 twips for left and top, 6500 for width and height).
-QRect ReadWindowPlace();
+// The saved place in pixels. With no saved size (MainWidth or MainHeight missing
+// or unreadable) it is FirstStartPlace(available); with a saved size a missing
+// MainLeft or MainTop is 1000 twips.
+QRect ReadWindowPlace(const QRect &available);
 
 // Stores the place, given in pixels, as twips.
 void SaveWindowPlace(const QRect &pixels);

@@ -25,14 +25,13 @@ std::size_t CharCount(const std::string &text) {
   return count;
 }
 
-ScaleEditCheck Refuse(int id) { return {id, GetMessageText(id)}; }
+ScaleEditCheck Refuse(int id) { return {id, GetMessageText(id), {}}; }
 
 // The range message keeps its reversed order: the upper end fills @FORMIN@ and the
 // lower end @FORMAX@.
 ScaleEditCheck RefuseRange(const std::string &upper, const std::string &lower) {
-  std::string text = GetMessageText(kOutOfRange, "@FORMIN@", upper);
-  text = ReplacePlaceholder(text, "@FORMAX@", lower);
-  return {kOutOfRange, text};
+  MessagePlaceholders placeholders = {{"@FORMIN@", upper}, {"@FORMAX@", lower}};
+  return {kOutOfRange, GetMessageText(kOutOfRange, placeholders), placeholders};
 }
 
 bool IsDi(const RecordFileInfo &info, int channelIndex) {

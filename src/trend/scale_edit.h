@@ -3,12 +3,14 @@
 #include <string>
 
 #include "record/record_file_info.h"
+#include "shell/catalogue.h"
 
 namespace recscope {
 
 struct ScaleEditCheck {
   int messageId = 0;  // 0: accepted
   std::string messageText;
+  MessagePlaceholders placeholders;  // what fills the catalogue text of messageId
 };
 
 // The dialog's start texts: DI ScaleHigh/ScaleLow, analog DisplayHigh/DisplayLow,

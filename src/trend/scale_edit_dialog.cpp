@@ -7,8 +7,8 @@
 #include <QPushButton>
 
 #include "shell/catalogue.h"
+#include "shell/message_service.h"
 #include "trend/scale_edit.h"
-#include "trend/trend_window.h"
 
 namespace recscope {
 
@@ -83,7 +83,7 @@ void ScaleEditDialog::onOk() {
   ScaleEditCheck check = CheckScaleEdit(info_, channelIndex_, maxText, minText);
   if (check.messageId != 0) {
     // The dialog stays open on the wrong field until it is right or cancelled.
-    ShowTrendMessage(this, check.messageId, QString::fromStdString(check.messageText), false);
+    ShowMessage(this, check.messageId, QMessageBox::Ok, check.placeholders);
     QLineEdit *wrong =
         RefusalPointsAtMaximum(info_, channelIndex_, check.messageId, maxText) ? txtMax_ : txtMin_;
     wrong->setFocus();

@@ -3,8 +3,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
@@ -13,38 +11,22 @@
 #include <QSpinBox>
 #include <QTabBar>
 #include <QWheelEvent>
-#include <cstdio>
 
 #include "shell/catalogue.h"
+#include "shell/message_service.h"
 #include "shell/shared_state.h"
 #include "trend/colour_table.h"
 #include "trend/display_reduction.h"
 #include "trend/render_request.h"
 #include "trend/scale_edit_dialog.h"
+#include "trend/trend_tooltips.h"
 #include "trend/zoom_setting_dialog.h"
 
 namespace recscope {
 
 namespace {
 
-constexpr int kCaption = 19500;
 constexpr int kCloseQuestion = 19503;
-
-std::function<void(int)> &CloseHook() {
-  static std::function<void(int)> hook;
-  return hook;
-}
-
-TrendMessageFn &MessageHandler() {
-  static TrendMessageFn handler = [](QWidget *parent, int, const QString &text, bool question) {
-    if (question)
-      return static_cast<int>(QMessageBox::question(
-          parent, QString(), text, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel));
-    QMessageBox::information(parent, QString(), text);
-    return static_cast<int>(QMessageBox::Ok);
-  };
-  return handler;
-}
 
 int Px(std::int32_t twips) { return static_cast<int>(twips / kTwipsPerPixel); }
 QRect PxRect(const Box &b, int dx = 0, int dy = 0) {
@@ -78,32 +60,12 @@ class PictureWidget : public QWidget {
 
 }  // namespace
 
-void SetTrendCloseHook(std::function<void(int)> hook) { CloseHook() = std::move(hook); }
-void SetTrendMessageHandler(TrendMessageFn handler) { MessageHandler() = std::move(handler); }
-int ShowTrendMessage(QWidget *parent, int messageId, const QString &text, bool question) {
-  return MessageHandler()(parent, messageId, text, question);
-}
-
-TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidget *parent)
+TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
     : QWidget(parent), slot_(slot), horizontal_(horizontal) {
   setObjectName(horizontal ? QStringLiteral("frmTrend") : QStringLiteral("frmTrend2"));
   setProperty("slot", slot);
   const RecordFileInfo &info = Shared().Slot(slot).Record;
   InitTrendView(view_, info, Shared().ScaleCount);
-  if (keep) {
-    // A switch of orientation keeps cursors, the saved flag and the group state.
-    view_.Cursor1Set = keep->Cursor1Set;
-    view_.Cursor2Set = keep->Cursor2Set;
-    view_.Cursor1Time = keep->Cursor1Time;
-    view_.Cursor2Time = keep->Cursor2Time;
-    view_.DisplaySaved = keep->DisplaySaved;
-    view_.Groups = keep->Groups;
-    view_.CurrentGroup = keep->CurrentGroup;
-    view_.SlotValue = keep->SlotValue;
-    view_.DisplayStart = keep->DisplayStart;
-    view_.DisplayEnd = keep->DisplayEnd;
-    FillSlotTexts(view_);
-  }
 
   tabs_ = new QTabBar(this);
   tabs_->setObjectName(QStringLiteral("TabStrip1"));
@@ -182,6 +144,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidg
     if (place > 0) group.ChannelOn[place - 1] = on ? -1 : 0;
     RedrawWholeView();
   });
+  SetTrendControlTips(*this);
 
   std::int32_t w = kFirstWidth, h = kFirstHeight;
   resize(Px(w), Px(h));
@@ -250,7 +213,7 @@ void TrendWindow::Report(int messageId) {
     RedrawWholeView();
     return;
   }
-  MessageHandler()(this, messageId, QString::fromStdString(GetMessageText(messageId)), false);
+  ShowMessage(this, messageId);
 }
 
 void TrendWindow::onTimeAll() { Report(ShowWholeFile(view_, Shared().Slot(slot_).Record)); }
@@ -334,53 +297,16 @@ void TrendWindow::closeEvent(QCloseEvent *event) {
     std::string name = Shared().Slot(slot_).Record.FilePath;
     std::size_t cut = name.find_last_not_of(' ');
     name = cut == std::string::npos ? std::string() : name.substr(0, cut + 1);
-    int answer = MessageHandler()(
-        this, kCloseQuestion,
-        QString::fromStdString(GetMessageText(kCloseQuestion, "@FileName@", name)), true);
+    int answer =
+        ShowMessage(this, kCloseQuestion, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+                    {{"@FileName@", name}});
     if (answer == QMessageBox::Cancel) {
       event->ignore();
       return;
     }
   }
   event->accept();
-  if (CloseHook() && askOnClose_) CloseHook()(slot_);
-}
-
-QWidget *CreateTrendWindow(QMdiArea *mdi, int slot) {
-  bool horizontal = Shared().TrendOrientation != 0;
-  auto *window = new TrendWindow(slot, horizontal);
-  char number[8];
-  std::snprintf(number, sizeof number, "%02d", slot);
-  window->setWindowTitle(QString::fromStdString(GetMessageText(kCaption, "@FileNumber@", number) +
-                                                "[" + Shared().Slot(slot).Record.FilePath + "]"));
-  window->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
-  if (mdi) {
-    const QSize firstSize = window->size();
-    QMdiSubWindow *sub = mdi->addSubWindow(window);
-    sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->show();
-    // The frame takes the window's own first size, plus its title and borders.
-    sub->resize(firstSize + (sub->size() - window->size()));
-  } else {
-    window->show();
-  }
-  return window;
-}
-
-void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal) {
-  Shared().TrendOrientation = horizontal ? -1 : 0;
-  if (!mdi) return;
-  for (QMdiSubWindow *sub : mdi->subWindowList()) {
-    auto *old = qobject_cast<TrendWindow *>(sub->widget());
-    if (!old || old->horizontal() == horizontal) continue;
-    TrendView keep = old->view();
-    int slot = old->slot();
-    old->setAskOnClose(false);
-    sub->close();
-    auto *fresh = static_cast<TrendWindow *>(CreateTrendWindow(mdi, slot));
-    fresh->view() = keep;
-    fresh->selectGroup(keep.CurrentGroup);
-  }
+  emit closed(slot_);
 }
 
 }  // namespace recscope

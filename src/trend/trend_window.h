@@ -4,13 +4,11 @@
 // the commands and the drawing live in the core and render files.
 #include <QImage>
 #include <QWidget>
-#include <functional>
 
 #include "trend/time_axis.h"
 #include "trend/trend_draw.h"
 #include "trend/trend_view.h"
 
-class QMdiArea;
 class QTabBar;
 class QScrollBar;
 class QPushButton;
@@ -22,8 +20,7 @@ namespace recscope {
 class TrendWindow : public QWidget {
   Q_OBJECT
  public:
-  TrendWindow(int slot, bool horizontal, const TrendView *keep = nullptr,
-              QWidget *parent = nullptr);
+  TrendWindow(int slot, bool horizontal, QWidget *parent = nullptr);
 
   int slot() const { return slot_; }
   bool horizontal() const { return horizontal_; }
@@ -49,6 +46,10 @@ class TrendWindow : public QWidget {
   void openScaleEdit(int panel);
   // The shown scale panel under a point of Picture2 (pixels), or -1.
   int scalePanelAt(const QPointF &point) const;
+
+ signals:
+  // The window has agreed to close (the operator did not cancel).
+  void closed(int slot);
 
  protected:
   void resizeEvent(QResizeEvent *event) override;
@@ -82,23 +83,5 @@ class TrendWindow : public QWidget {
   std::int32_t plotOrigin_ = kPlotOffset;
   bool updating_ = false;
 };
-
-// Makes frmTrend or frmTrend2 for the slot by the shared orientation, with the
-// caption of the slot and its file, in the MDI area.
-QWidget *CreateTrendWindow(QMdiArea *mdi, int slot);
-
-// Rebuilds every open trend window in the other form, keeping cursors, groups and
-// the saved flag.
-void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal);
-
-// Called when a trend window has closed, with its slot: the slot's release.
-void SetTrendCloseHook(std::function<void(int slot)> hook);
-
-// How the windows ask and tell: replaced by tests. Returns the button pressed
-// (QMessageBox::StandardButton).
-using TrendMessageFn =
-    std::function<int(QWidget *parent, int messageId, const QString &text, bool question)>;
-void SetTrendMessageHandler(TrendMessageFn handler);
-int ShowTrendMessage(QWidget *parent, int messageId, const QString &text, bool question);
 
 }  // namespace recscope

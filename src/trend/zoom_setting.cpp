@@ -49,8 +49,8 @@ ZoomSetting CheckZoomSetting(const std::string &text, bool enlarge, std::int32_t
   }
   if (!numeric || factor < 2 || factor > highestReduction) {
     result.messageId = kReduceRange;
-    result.messageText =
-        GetMessageText(kReduceRange, "@MaxPress@", std::to_string(highestReduction));
+    result.placeholders = {{"@MaxPress@", std::to_string(highestReduction)}};
+    result.messageText = GetMessageText(kReduceRange, result.placeholders);
     return result;
   }
   std::int64_t value = 0;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "record/record_file_info.h"
+#include "shell/catalogue.h"
 #include "trend/trend_view.h"
 
 namespace recscope {
@@ -11,6 +12,7 @@ namespace recscope {
 struct ZoomSetting {
   int messageId = 0;  // 0: accepted
   std::string messageText;
+  MessagePlaceholders placeholders;  // what fills the catalogue text of messageId
   double factor = 1;
   std::int16_t kind = 0;  // 0 enlarge, 1 reduce
   std::string caption;

@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-#include "trend/trend_window.h"
+#include "shell/message_service.h"
 
 namespace recscope {
 
@@ -34,7 +34,7 @@ void ZoomSettingDialog::onOk() {
   setting_ = CheckZoomSetting(text1_->text().toStdString(), enlarge_->isChecked(), highest_);
   if (setting_.messageId != 0) {
     // The dialog stays open until the factor is right or it is cancelled.
-    ShowTrendMessage(this, setting_.messageId, QString::fromStdString(setting_.messageText), false);
+    ShowMessage(this, setting_.messageId, QMessageBox::Ok, setting_.placeholders);
     return;
   }
   accept();

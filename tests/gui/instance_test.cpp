@@ -3,6 +3,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
+#include <functional>
 
 #include "gui_test_support.h"
 #include "shell/single_instance.h"
@@ -63,6 +64,78 @@ TEST(InstanceLock, SecondStartOfTheProgramDoesNothing) {
   // The second start wrote no stop line either: it never had a window.
   EXPECT_FALSE(QFile::exists(home.filePath("LogMsg.txt")));
 
+  first.kill();
+  first.waitForFinished();
+}
+
+namespace {
+
+QProcessEnvironment ProgramEnvironment(const QTemporaryDir &store) {
+  QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+  env.insert("QT_QPA_PLATFORM", "offscreen");
+  env.insert("XDG_CONFIG_HOME", store.path());
+  return env;
+}
+
+bool WaitFor(const std::function<bool()> &ready) {
+  for (int i = 0; i < 200 && !ready(); ++i) QThread::msleep(50);
+  return ready();
+}
+
+void Touch(const QString &path) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("left");
+}
+
+}  // namespace
+
+// Working files of a run that did not end normally are gone once a start holds
+// the folder; other files of the folder stay.
+TEST(ProgramStart, DeletesWorkingFilesThatARunLeftBehind) {
+  recscope::testing::App();
+  QTemporaryDir home;
+  QTemporaryDir store;
+  for (const char *name : {"Operation_1_1.OPL", "Operation_1_COM_1.OPL", "Operation_16_2.OPL"})
+    Touch(home.filePath(name));
+  Touch(home.filePath("Operation_notes.txt"));
+
+  QProcess program;
+  program.setProcessEnvironment(ProgramEnvironment(store));
+  program.start(QStringLiteral(RECSCOPE_BINARY_DIR "/bin/recscope"), {"--home", home.path()});
+  ASSERT_TRUE(program.waitForStarted());
+  ASSERT_TRUE(WaitFor([&] { return QFile::exists(home.filePath("VIEWERCOM.INI")); }));
+  EXPECT_FALSE(QFile::exists(home.filePath("Operation_1_1.OPL")));
+  EXPECT_FALSE(QFile::exists(home.filePath("Operation_1_COM_1.OPL")));
+  EXPECT_FALSE(QFile::exists(home.filePath("Operation_16_2.OPL")));
+  EXPECT_TRUE(QFile::exists(home.filePath("Operation_notes.txt")));
+  program.kill();
+  program.waitForFinished();
+}
+
+// A second start finds the lock taken and leaves the working files of the run
+// that holds it alone.
+TEST(ProgramStart, SecondStartLeavesTheWorkingFilesOfTheRunningProgram) {
+  recscope::testing::App();
+  QTemporaryDir home;
+  QTemporaryDir store;
+  const QString program = QStringLiteral(RECSCOPE_BINARY_DIR "/bin/recscope");
+  QProcess first;
+  first.setProcessEnvironment(ProgramEnvironment(store));
+  first.start(program,
+              {"--home", home.path(), QStringLiteral(RECSCOPE_SOURCE_DIR "/samples/SHEAT01.FDT")});
+  ASSERT_TRUE(first.waitForStarted());
+  const QString level = home.filePath("Operation_1_1.OPL");
+  ASSERT_TRUE(WaitFor([&] { return QFile::exists(level); }));
+
+  QProcess second;
+  second.setProcessEnvironment(ProgramEnvironment(store));
+  second.start(program, {"--home", home.path()});
+  ASSERT_TRUE(second.waitForFinished(10000));
+  EXPECT_EQ(second.exitCode(), 0);
+  EXPECT_TRUE(QFile::exists(level));
+  EXPECT_TRUE(QFile::exists(home.filePath("Operation_1_COM_1.OPL")));
+  EXPECT_EQ(first.state(), QProcess::Running);
   first.kill();
   first.waitForFinished();
 }

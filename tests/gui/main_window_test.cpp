@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QTimer>
 #include <QToolBar>
@@ -21,11 +22,13 @@
 #include "platform/text_encoding.h"
 #include "shell/catalogue.h"
 #include "shell/civil_time.h"
+#include "shell/control_tips.h"
 #include "shell/ini_file.h"
 #include "shell/init_set.h"
 #include "shell/menu_state.h"
 #include "shell/settings.h"
 #include "shell/toolbar_table.h"
+#include "shell/window_place.h"
 
 using namespace recscope;
 using recscope::testing::GuiHome;
@@ -391,6 +394,17 @@ TEST(MainWindow, MissingAutoShowsTheSettingsErrorAndWritesZero) {
   EXPECT_EQ(ReadIni("AUTO", "FTP", ViewerComIniPath(home.folder())), "0");
 }
 
+TEST(MainWindow, SettingsErrorPanelSaysWhatIsMissingInItsTip) {
+  GuiHome home;
+  MainWindow w;
+  w.load();
+  auto *panel = w.findChild<QLabel *>("sbAutoFetch");
+  EXPECT_EQ(panel->text(), QString::fromUtf8("設定エラー"));
+  EXPECT_EQ(panel->toolTip(), ControlTip("sbAutoFetch"));
+  EXPECT_TRUE(panel->toolTip().contains(QString::fromUtf8("自動")));
+  EXPECT_TRUE(panel->toolTip().contains(QString::fromUtf8("設定が不完全")));
+}
+
 TEST(MainWindow, CompleteFetchSettingsShowNoError) {
   GuiHome home;
   WriteFile(home.path("VIEWERCOM.INI"),
@@ -400,6 +414,7 @@ TEST(MainWindow, CompleteFetchSettingsShowNoError) {
   MainWindow w;
   w.load();
   EXPECT_NE(w.findChild<QLabel *>("sbAutoFetch")->text(), Text(10803));
+  EXPECT_TRUE(w.findChild<QLabel *>("sbAutoFetch")->toolTip().isEmpty());
 }
 
 TEST(MainWindow, BadSettingsFileNeverStopsTheStart) {
@@ -424,11 +439,47 @@ TEST(MainWindow, MissingInitSetGivesAnEmptyMap) {
   EXPECT_TRUE(Registers().Groups.empty());
 }
 
-TEST(MainWindow, WindowPlaceDefaultsInTwips) {
+TEST(MainWindow, FirstStartPlaceIsEightyPercentOfTheScreenCentred) {
+  EXPECT_EQ(FirstStartPlace(QRect(0, 0, 1920, 1080)), QRect(192, 108, 1536, 864));
+  EXPECT_EQ(FirstStartPlace(QRect(0, 30, 1920, 1050)), QRect(192, 135, 1536, 840));
+  EXPECT_EQ(FirstStartPlace(QRect(1920, 0, 1280, 1024)), QRect(2048, 102, 1024, 819));
+  // The trend window's first size, 10000 x 5500 twips, fits a common screen's place.
+  for (QSize screen : {QSize(1920, 1080), QSize(1366, 768), QSize(1280, 720)}) {
+    const QRect place = FirstStartPlace(QRect(QPoint(0, 0), screen));
+    EXPECT_GT(place.width(), 10000 / 15 + 100) << screen.width();
+    EXPECT_GT(place.height(), 5500 / 15 + 150) << screen.height();
+  }
+}
+
+TEST(MainWindow, FirstStartTakesTheFirstStartPlaceOfItsScreen) {
   GuiHome home;
   MainWindow w;
   w.load();
-  EXPECT_EQ(w.size(), QSize(6500 / 15, 6500 / 15));
+  QScreen *screen = w.screen() ? w.screen() : QGuiApplication::primaryScreen();
+  ASSERT_NE(screen, nullptr);
+  EXPECT_EQ(w.size(), FirstStartPlace(screen->availableGeometry()).size());
+  EXPECT_NE(w.size(), QSize(6500 / 15, 6500 / 15));
+}
+
+TEST(MainWindow, SavedSizeWithoutLeftAndTopTakesTheirDefaults) {
+  GuiHome home;
+  {
+    QSettings store("Recscope", "Recscope");
+    store.beginGroup("Settings");
+    store.setValue("MainWidth", "9000");
+    store.setValue("MainHeight", "6000");
+  }
+  EXPECT_EQ(ReadWindowPlace(QRect(0, 0, 1920, 1080)), QRect(67, 67, 600, 400));
+  {
+    QSettings store("Recscope", "Recscope");
+    store.beginGroup("Settings");
+    store.setValue("MainLeft", "1500");
+    store.setValue("MainTop", "3000");
+  }
+  EXPECT_EQ(ReadWindowPlace(QRect(0, 0, 1920, 1080)), QRect(100, 200, 600, 400));
+  MainWindow w;
+  w.load();
+  EXPECT_EQ(w.size(), QSize(600, 400));
 }
 
 TEST(MainWindow, UnloadSavesThePlaceAndLogsTheStop) {

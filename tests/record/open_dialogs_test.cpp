@@ -14,7 +14,9 @@
 #include "record/read_dialog.h"
 #include "record_fixture.h"
 #include "shell/catalogue.h"
+#include "shell/message_service.h"
 #include "shell/shared_state.h"
+#include "shell/slot_windows.h"
 
 namespace recscope {
 namespace {
@@ -39,12 +41,16 @@ class OpenDialogs : public ::testing::Test {
     std::filesystem::create_directories(folder.Path("home"));
     Shared().ProgramFolder = folder.Path("home");
     area = new QMdiArea;
-    SetRefusalNotice([this](QWidget *, const QString &text) { refusals << text; });
+    SetMessageService([this](QWidget *, const MessageRequest &request) {
+      refusals << request.text();
+      return static_cast<int>(QMessageBox::Ok);
+    });
   }
   void TearDown() override {
     area->closeAllSubWindows();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete area;
+    SetMessageService({});
   }
 
   std::string WriteRecord(const std::string &name, const std::string &bytes) {
@@ -95,6 +101,7 @@ TEST_F(OpenDialogs, OpeningMakesTheSlotWindowAndClosingItFreesTheSlot) {
   EXPECT_EQ(window->property("slot").toInt(), 1);
   EXPECT_EQ(window->windowTitle(),
             Text(19500).replace("@FileNumber@", "01") + "[" + QString::fromStdString(path) + "]");
+  EXPECT_EQ(window->windowTitle(), SlotWindowCaption(1));
   EXPECT_EQ(Shared().Slot(1).Record.InUse, -1);
   EXPECT_EQ(Shared().MenuState, 1);
   EXPECT_FALSE(std::filesystem::is_empty(Shared().ProgramFolder));

@@ -136,6 +136,50 @@ TEST_F(OpenRecord, SameFileOpenedTwiceTakesTwoSlots) {
   EXPECT_EQ(state.Slot(2).Record.FilePath, path);
 }
 
+TEST_F(OpenRecord, IsFileOpenAnswersForExactlyThePathOfASlotInUse) {
+  const std::string path = WriteRecord("SOPEN01.FDT");
+  const std::string other = WriteRecord("SOPEN02.FDT");
+  EXPECT_FALSE(IsFileOpen(state, path));
+  ASSERT_TRUE(OpenRecordFile(state, path).opened);
+  EXPECT_TRUE(IsFileOpen(state, path));
+  EXPECT_FALSE(IsFileOpen(state, other));
+  // Only the very same text counts: another spelling of the path does not.
+  std::string upper = path;
+  upper.replace(upper.size() - 3, 3, "fdt");
+  EXPECT_FALSE(IsFileOpen(state, upper));
+  const std::string dotted = home.Path("records/./SOPEN01.FDT");
+  EXPECT_FALSE(IsFileOpen(state, dotted));
+  EXPECT_FALSE(IsFileOpen(state, ""));
+
+  // Opening does not ask it: the same file again takes a second slot.
+  OpenOutcome again = OpenRecordFile(state, path);
+  ASSERT_TRUE(again.opened);
+  EXPECT_EQ(again.slot, 2);
+  CloseRecordSlot(state, 1);
+  EXPECT_TRUE(IsFileOpen(state, path));  // slot 2 still holds it
+  CloseRecordSlot(state, 2);
+  EXPECT_FALSE(IsFileOpen(state, path));
+}
+
+TEST_F(OpenRecord, IsFileOpenIgnoresASlotNotInUse) {
+  const std::string path = WriteRecord("SOPEN03.FDT");
+  state.Slot(3).Record.FilePath = path;  // a path left in a free slot
+  EXPECT_FALSE(IsFileOpen(state, path));
+  state.Slot(3).Record.InUse = -1;
+  EXPECT_TRUE(IsFileOpen(state, path));
+}
+
+TEST_F(OpenRecord, DeleteOpenWorkingFilesEmptiesTheHomeOfEverySlotInUse) {
+  ASSERT_TRUE(OpenRecordFile(state, WriteRecord("SEND01.FDT")).opened);
+  ASSERT_TRUE(OpenRecordFile(state, WriteRecord("SEND02.FDT")).opened);
+  ASSERT_FALSE(HomeIsEmpty());
+  DeleteOpenWorkingFiles(state);
+  EXPECT_TRUE(HomeIsEmpty());
+  // The slots themselves are left as they were.
+  EXPECT_EQ(state.OpenFileCount, 2);
+  EXPECT_EQ(state.Slot(2).Record.InUse, -1);
+}
+
 TEST_F(OpenRecord, ZeroByteAlarmFileSetsTheAlarmPathAndFailsTheOpen) {
   const std::string path = WriteRecord("SALARM1.FDT");
   ASSERT_TRUE(WriteWholeFile(Companion(path, 'A'), ""));

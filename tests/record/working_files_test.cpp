@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <random>
@@ -253,6 +254,41 @@ TEST_F(BuildTest, DeleteWorkingFilesRemovesEveryLevel) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder),
                           std::filesystem::directory_iterator()),
             1);
+}
+
+TEST(IsWorkingFileName, KnowsBothKindsOfLevelFileAndNothingElse) {
+  EXPECT_TRUE(IsWorkingFileName("Operation_1_1.OPL"));
+  EXPECT_TRUE(IsWorkingFileName("Operation_16_COM_12.OPL"));
+  EXPECT_FALSE(IsWorkingFileName("Operation_1_1.opl"));
+  EXPECT_FALSE(IsWorkingFileName("Operation_1.OPL"));
+  EXPECT_FALSE(IsWorkingFileName("Operation__1.OPL"));
+  EXPECT_FALSE(IsWorkingFileName("Operation_1_COM_.OPL"));
+  EXPECT_FALSE(IsWorkingFileName("Operation_1_1.OPL.bak"));
+  EXPECT_FALSE(IsWorkingFileName("MyOperation_1_1.OPL"));
+  EXPECT_FALSE(IsWorkingFileName("Operation_x_1.OPL"));
+  EXPECT_FALSE(IsWorkingFileName("SHEAT01.FDT"));
+}
+
+TEST_F(BuildTest, StaleWorkingFilesOfAnySlotAreDeletedAndNothingElse) {
+  auto samples = testing::RandomSamples(kChannels, kDis, 6500, 17, false);
+  RecordFileInfo info = testing::WriteRecord(folder + "/SREC.FDT", kChannels, kDis, samples, 2);
+  ASSERT_EQ(BuildWorkingFiles(info, folder, 3), -1);
+  ASSERT_EQ(BuildWorkingFiles(info, folder, 16), -1);
+  for (const char *keep : {"VIEWERCOM.INI", "Operation_notes.txt", "Operation_1_1.OPL.bak"}) {
+    std::FILE *f = std::fopen((folder + "/" + keep).c_str(), "wb");
+    ASSERT_NE(f, nullptr);
+    std::fclose(f);
+  }
+  const int levels = info.TopLevel + 1;
+  EXPECT_EQ(DeleteStaleWorkingFiles(folder), 2 * 2 * levels);
+  std::vector<std::string> left;
+  for (const auto &entry : std::filesystem::directory_iterator(folder))
+    left.push_back(entry.path().filename().string());
+  std::sort(left.begin(), left.end());
+  EXPECT_EQ(left, (std::vector<std::string>{"Operation_1_1.OPL.bak", "Operation_notes.txt",
+                                            "SREC.FDT", "VIEWERCOM.INI"}));
+  EXPECT_EQ(DeleteStaleWorkingFiles(folder), 0);
+  EXPECT_EQ(DeleteStaleWorkingFiles(folder + "/missing"), 0);
 }
 
 TEST_F(BuildTest, ProgressScaleMovesEachChunkUpToOneHundred) {

@@ -11,6 +11,7 @@
 
 #include "../gui/gui_test_support.h"
 #include "shell/catalogue.h"
+#include "shell/message_service.h"
 #include "shell/shared_state.h"
 #include "trend/trend_layout.h"
 #include "trend/trend_window.h"
@@ -52,12 +53,12 @@ struct DialogFixture : ::testing::Test {
     });
     Shared().Slot(1).Record = info;
     Shared().Slot(1).SamplePeriod = 1;
-    SetTrendMessageHandler([this](QWidget *, int id, const QString &text, bool) {
-      messages.push_back({id, text});
-      return 0;
+    SetMessageService([this](QWidget *, const MessageRequest &request) {
+      messages.push_back({request.messageId, request.text()});
+      return static_cast<int>(QMessageBox::Ok);
     });
   }
-  void TearDown() override { SetTrendMessageHandler(nullptr); }
+  void TearDown() override { SetMessageService({}); }
   RecordFileInfo &Info() { return Shared().Slot(1).Record; }
 };
 

@@ -11,7 +11,10 @@
 #include <QWheelEvent>
 
 #include "../gui/gui_test_support.h"
+#include "shell/message_service.h"
 #include "shell/shared_state.h"
+#include "shell/slot_windows.h"
+#include "trend/trend_tooltips.h"
 #include "trend_fixture.h"
 
 namespace recscope {
@@ -25,8 +28,7 @@ using recscope::testing::App;
 
 struct WindowFixture : ::testing::Test {
   TempFolder home;
-  std::vector<int> messages;
-  int answer = QMessageBox::No;
+  MessageRecorder messages{QMessageBox::No};
   void SetUp() override {
     App();
     ResetSharedState(Shared());
@@ -40,16 +42,12 @@ struct WindowFixture : ::testing::Test {
     });
     Shared().Slot(1).Record = info;
     Shared().Slot(1).SamplePeriod = 1;
-    SetTrendMessageHandler([this](QWidget *, int id, const QString &, bool) {
-      messages.push_back(id);
-      return answer;
-    });
   }
 };
 
 TEST_F(WindowFixture, WindowIsMadeByTheOrientationWithCaptionAndTabs) {
   QMdiArea mdi;
-  QWidget *w = CreateTrendWindow(&mdi, 1);
+  QWidget *w = OpenSlotWindow(&mdi, 1, SlotWindowKind::kTrend);
   EXPECT_EQ(w->objectName(), "frmTrend");
   EXPECT_EQ(w->property("slot").toInt(), 1);
   EXPECT_TRUE(w->windowTitle().startsWith(QString::fromUtf8("トレンド表示01[")));
@@ -58,7 +56,7 @@ TEST_F(WindowFixture, WindowIsMadeByTheOrientationWithCaptionAndTabs) {
   EXPECT_EQ(tabs->count(), 3);  // groups 1, 2 and all channels
   EXPECT_EQ(tabs->tabText(2), QString::fromUtf8("全体表示"));
   Shared().TrendOrientation = 0;
-  QWidget *v = CreateTrendWindow(&mdi, 1);
+  QWidget *v = OpenSlotWindow(&mdi, 1, SlotWindowKind::kTrend);
   EXPECT_EQ(v->objectName(), "frmTrend2");
   EXPECT_NE(v->findChild<QScrollBar *>("VScroll1"), nullptr);
 }
@@ -80,9 +78,10 @@ TEST_F(WindowFixture, EnlargeReduceAndTheScrollBarDriveTheRange) {
   w.onTimeAll();
   EXPECT_EQ(w.view().DisplayStart, 0);
   EXPECT_EQ(bar->maximum(), 0);
-  for (int i = 0; i < 20 && messages.empty(); ++i) w.onEnlarge();
-  ASSERT_FALSE(messages.empty());
-  EXPECT_EQ(messages.back(), 11160);
+  for (int i = 0; i < 20 && messages.ids().empty(); ++i) w.onEnlarge();
+  ASSERT_FALSE(messages.ids().empty());
+  EXPECT_EQ(messages.ids().back(), 11160);
+  EXPECT_EQ(messages.messages().back().buttons, QMessageBox::Ok);
 }
 
 TEST_F(WindowFixture, WheelScrollsAndCtrlWheelZooms) {
@@ -114,20 +113,22 @@ TEST_F(WindowFixture, TabChangeMovesTheGroup) {
 
 TEST_F(WindowFixture, CloseAsksWhenUnsavedAndCancelKeepsTheWindow) {
   int closed = 0;
-  SetTrendCloseHook([&closed](int slot) { closed = slot; });
   auto *w = new TrendWindow(1, true);
+  QObject::connect(w, &TrendWindow::closed, [&closed](int slot) { closed = slot; });
   w->show();
   w->view().DisplaySaved = false;
-  answer = QMessageBox::Cancel;
+  messages.setAnswer(QMessageBox::Cancel);
   EXPECT_FALSE(w->close());
-  ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], 19503);
+  ASSERT_EQ(messages.ids(), std::vector<int>{19503});
+  const MessageRequest &question = messages.messages()[0];
+  EXPECT_EQ(question.buttons, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+  EXPECT_TRUE(question.text().contains(QString::fromStdString(Shared().Slot(1).Record.FilePath)));
+  EXPECT_FALSE(question.text().contains("@FileName@"));
   EXPECT_EQ(closed, 0);
-  answer = QMessageBox::No;
+  messages.setAnswer(QMessageBox::No);
   EXPECT_TRUE(w->close());
   EXPECT_EQ(closed, 1);
   delete w;
-  SetTrendCloseHook({});
 }
 
 TEST_F(WindowFixture, SizeBelowTheMinimumSnapsBack) {
@@ -140,7 +141,9 @@ TEST_F(WindowFixture, SizeBelowTheMinimumSnapsBack) {
 
 TEST_F(WindowFixture, OrientationSwitchKeepsCursorsAndGroup) {
   QMdiArea mdi;
-  auto *w = static_cast<TrendWindow *>(CreateTrendWindow(&mdi, 1));
+  auto *w = static_cast<TrendWindow *>(OpenSlotWindow(&mdi, 1, SlotWindowKind::kTrend));
+  Shared().Slot(1).Record.InUse = -1;
+  Shared().OpenFileCount = 1;
   w->view().Cursor1Set = true;
   w->view().Cursor1Time = 1234;
   w->view().DisplaySaved = false;
@@ -156,7 +159,33 @@ TEST_F(WindowFixture, OrientationSwitchKeepsCursorsAndGroup) {
   EXPECT_EQ(fresh->view().Cursor1Time, 1234);
   EXPECT_FALSE(fresh->view().DisplaySaved);
   EXPECT_EQ(fresh->view().CurrentGroup, 2);
-  EXPECT_TRUE(messages.empty());  // no save question on the switch
+  EXPECT_TRUE(messages.ids().empty());  // no save question on the switch
+  // The slot goes on in the new window.
+  EXPECT_EQ(Shared().Slot(1).Record.InUse, -1);
+  EXPECT_EQ(Shared().OpenFileCount, 1);
+  EXPECT_EQ(fresh->property("slot").toInt(), 1);
+  EXPECT_EQ(fresh->windowTitle(), SlotWindowCaption(1));
+  // Closing the new window frees the slot: it was made by the same route.
+  fresh->view().DisplaySaved = true;
+  EXPECT_TRUE(fresh->close());
+  EXPECT_EQ(Shared().Slot(1).Record.InUse, 0);
+  EXPECT_EQ(Shared().OpenFileCount, 0);
+}
+
+TEST_F(WindowFixture, BottomControlsSayWhatTheyDo) {
+  TrendWindow w(1, true);
+  for (const char *name : {"UpDown1", "UpDown2", "Command1", "chkAll", "chkSingle"}) {
+    QWidget *control = w.findChild<QWidget *>(name);
+    ASSERT_NE(control, nullptr) << name;
+    EXPECT_FALSE(control->toolTip().isEmpty()) << name;
+    EXPECT_EQ(control->toolTip(), TrendControlTip(name)) << name;
+  }
+  // Each says something of its own, in the operator's language.
+  EXPECT_NE(TrendControlTip("UpDown1"), TrendControlTip("UpDown2"));
+  EXPECT_NE(TrendControlTip("chkAll"), TrendControlTip("chkSingle"));
+  EXPECT_TRUE(TrendControlTip("UpDown1").contains(QString::fromUtf8("マス目")));
+  EXPECT_TRUE(TrendControlTip("UpDown2").contains(QString::fromUtf8("バック")));
+  EXPECT_TRUE(TrendControlTip("TabStrip1").isEmpty());
 }
 
 }  // namespace

@@ -1,0 +1,106 @@
+#include "shell/slot_windows.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+
+#include "record/open_record.h"
+#include "shell/catalogue.h"
+#include "shell/main_window.h"
+#include "shell/menu_state.h"
+#include "shell/shared_state.h"
+#include "trend/trend_window.h"
+
+namespace recscope {
+
+namespace {
+
+constexpr int kTrendCaption = 19500;
+
+QWidget *MakeWindow(int slot, SlotWindowKind kind) {
+  switch (kind) {
+    case SlotWindowKind::kTrend: {
+      const bool horizontal = Shared().TrendOrientation != 0;
+      auto *trend = new TrendWindow(slot, horizontal);
+      trend->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
+      return trend;
+    }
+  }
+  return nullptr;
+}
+
+// What the operator's close of the window does to its slot.
+void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
+  switch (kind) {
+    case SlotWindowKind::kTrend: {
+      QPointer<QMdiArea> area(mdi);
+      QObject::connect(static_cast<TrendWindow *>(window), &TrendWindow::closed, window,
+                       [area, slot] {
+                         CloseRecordSlot(Shared(), slot);
+                         ApplyMenuSet(area);
+                       });
+      return;
+    }
+  }
+}
+
+}  // namespace
+
+QString SlotWindowCaption(int slot, SlotWindowKind kind) {
+  switch (kind) {
+    case SlotWindowKind::kTrend: {
+      const QString number = QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0'));
+      return QString::fromStdString(
+                 GetMessageText(kTrendCaption, "@FileNumber@", number.toStdString())) +
+             "[" + QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
+    }
+  }
+  return {};
+}
+
+QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
+  QWidget *window = MakeWindow(slot, kind);
+  window->setProperty("slot", slot);
+  window->setAttribute(Qt::WA_DeleteOnClose);
+  window->setWindowTitle(SlotWindowCaption(slot, kind));
+  WireClose(window, mdi, slot, kind);
+  if (mdi) {
+    const QSize firstSize = window->size();
+    QMdiSubWindow *sub = mdi->addSubWindow(window);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->show();
+    // The frame takes the window's own first size, plus its title and borders.
+    sub->resize(firstSize + (sub->size() - window->size()));
+  } else {
+    window->show();
+  }
+  return window;
+}
+
+void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal) {
+  Shared().TrendOrientation = horizontal ? -1 : 0;
+  if (!mdi) return;
+  for (QMdiSubWindow *sub : mdi->subWindowList()) {
+    auto *old = qobject_cast<TrendWindow *>(sub->widget());
+    if (!old || old->horizontal() == horizontal) continue;
+    const TrendView keep = old->view();
+    const int slot = old->slot();
+    // The slot goes on in the new window: this close neither asks nor frees it.
+    QObject::disconnect(old, &TrendWindow::closed, nullptr, nullptr);
+    old->setAskOnClose(false);
+    sub->close();
+    auto *fresh = static_cast<TrendWindow *>(OpenSlotWindow(mdi, slot, SlotWindowKind::kTrend));
+    fresh->view() = keep;
+    fresh->selectGroup(keep.CurrentGroup);
+  }
+}
+
+void ApplyMenuSet(QWidget *widget) {
+  SharedState &state = Shared();
+  state.MenuState =
+      static_cast<std::int16_t>(MenuStateOf(state.OpenFileCount, state.OpenAdditionCount));
+  if (auto *frame = qobject_cast<MainWindow *>(widget ? widget->window() : nullptr))
+    frame->UpdateMainMenus();
+}
+
+}  // namespace recscope

@@ -1,0 +1,41 @@
+#pragma once
+// The windows of a record slot. One route makes each of them, by kind: the
+// window itself, its caption, its place in the MDI area, the slot it carries in
+// the Qt property "slot" and what its closing does to the slot. The opening of a
+// record and the switch of the trend's orientation both come through here.
+#include <QString>
+
+class QMdiArea;
+class QWidget;
+
+namespace recscope {
+
+// The kinds of window a slot has. The trend window owns the slot: closing it
+// frees the slot. (The instant value list, the event list and the between-cursors
+// window join as they are built.)
+enum class SlotWindowKind {
+  kTrend,
+};
+
+// Caption of a slot's window of `kind`: for the trend, message 19500 with the
+// slot in two digits, then "[", the record's path, "]".
+QString SlotWindowCaption(int slot, SlotWindowKind kind = SlotWindowKind::kTrend);
+
+// Makes the window of `kind` for `slot` and shows it: in the MDI area at its own
+// first size (when `mdi` is null, as a window of its own). The trend window is
+// frmTrend or frmTrend2 by the shared orientation. When the operator closes the
+// trend window the slot is freed (arrays, InUse, working files, open count) and
+// the menu set is applied.
+QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind = SlotWindowKind::kTrend);
+
+// Rebuilds every open trend window in the other form through OpenSlotWindow,
+// keeping cursors, groups and the saved flag. The slot is not freed and no save
+// question is asked.
+void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal);
+
+// Applies the menu set after a change (or a failed change) of the open count:
+// MenuState from the counts, and the commands of the main window that holds
+// `widget`, when there is one.
+void ApplyMenuSet(QWidget *widget);
+
+}  // namespace recscope
