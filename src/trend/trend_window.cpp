@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -29,6 +30,8 @@ namespace {
 
 constexpr int kCaption = 19500;
 constexpr int kCloseQuestion = 19503;
+constexpr int kBackLabel = 10720;
+constexpr int kGridLabel = 10721;
 
 std::function<void(int)> &CloseHook() {
   static std::function<void(int)> hook;
@@ -84,26 +87,12 @@ int ShowTrendMessage(QWidget *parent, int messageId, const QString &text, bool q
   return MessageHandler()(parent, messageId, text, question);
 }
 
-TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidget *parent)
+TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
     : QWidget(parent), slot_(slot), horizontal_(horizontal) {
   setObjectName(horizontal ? QStringLiteral("frmTrend") : QStringLiteral("frmTrend2"));
   setProperty("slot", slot);
   const RecordFileInfo &info = Shared().RecordFiles[slot];
   InitTrendView(view_, info, Shared().ScaleCount);
-  if (keep) {
-    // A switch of orientation keeps cursors, the saved flag and the group state.
-    view_.Cursor1Set = keep->Cursor1Set;
-    view_.Cursor2Set = keep->Cursor2Set;
-    view_.Cursor1Time = keep->Cursor1Time;
-    view_.Cursor2Time = keep->Cursor2Time;
-    view_.DisplaySaved = keep->DisplaySaved;
-    view_.Groups = keep->Groups;
-    view_.CurrentGroup = keep->CurrentGroup;
-    view_.SlotValue = keep->SlotValue;
-    view_.DisplayStart = keep->DisplayStart;
-    view_.DisplayEnd = keep->DisplayEnd;
-    FillSlotTexts(view_);
-  }
 
   tabs_ = new QTabBar(this);
   tabs_->setObjectName(QStringLiteral("TabStrip1"));
@@ -151,6 +140,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidg
     box->setRange(0, 10);
     box->setValue(start);
     connect(box, &QSpinBox::valueChanged, this, [this, field, step](int value) {
+      if (updating_) return;
       view_.*step = value;
       view_.*field = ColourText(GreyOfStep(value));
       view_.DisplaySaved = false;
@@ -159,6 +149,12 @@ TrendWindow::TrendWindow(int slot, bool horizontal, const TrendView *keep, QWidg
   };
   grey(upDown1_, "UpDown1", view_.GridGrey, &TrendView::GridColor, &TrendView::GridGrey);
   grey(upDown2_, "UpDown2", view_.BackGrey, &TrendView::BackColor, &TrendView::BackGrey);
+  label1_ = new QLabel(QString::fromStdString(GetMessageText(kBackLabel)), this);
+  label1_->setObjectName(QStringLiteral("Label1"));
+  label2_ = new QLabel(QString::fromStdString(GetMessageText(kGridLabel)), this);
+  label2_->setObjectName(QStringLiteral("Label2"));
+  zoomCaption_ = new QLabel(QString::fromStdString(view_.ZoomCaption), this);
+  zoomCaption_->setObjectName(QStringLiteral("ZoomCaption"));
   chkAll_ = new QCheckBox(this);
   chkAll_->setObjectName(QStringLiteral("chkAll"));
   chkSingle_ = new QCheckBox(this);
@@ -203,15 +199,27 @@ void TrendWindow::LayoutControls() {
   picture2_->setGeometry(PxRect(layout_.Picture2));
   scroll_->setGeometry(PxRect(layout_.Scroll));
   for (int i = 0; i < 3; ++i) {
-    upDown3_[i]->setGeometry(PxRect(layout_.UpDown3[i]).adjusted(0, 0, 24, 0));
+    upDown3_[i]->setGeometry(PxRect(layout_.UpDown3[i]));
     upDown3_[i]->setVisible(i < view_.Group().ShownScales);
   }
+  // The bottom row, left to right, each control at its own width: the grey of
+  // the background and of the grid with their labels, the wave mode, the two
+  // on switches and the zoom factor in use.
   QRect row = PxRect(layout_.BottomRow);
-  upDown1_->setGeometry(row.left(), row.top(), 50, 22);
-  upDown2_->setGeometry(row.left() + 60, row.top(), 50, 22);
-  command1_->setGeometry(row.left() + 120, row.top(), 30, 22);
-  chkAll_->setGeometry(row.left() + 160, row.top(), 22, 22);
-  chkSingle_->setGeometry(row.left() + 190, row.top(), 22, 22);
+  const int height = 22;
+  int x = row.left();
+  auto place = [&](QWidget *control, int width, int gap) {
+    control->setGeometry(x, row.top(), width, height);
+    x += width + gap;
+  };
+  place(label1_, label1_->sizeHint().width(), 4);
+  place(upDown2_, 50, 12);
+  place(label2_, label2_->sizeHint().width(), 4);
+  place(upDown1_, 50, 12);
+  place(command1_, 30, 10);
+  place(chkAll_, 22, 8);
+  place(chkSingle_, 22, 12);
+  place(zoomCaption_, std::max(zoomCaption_->sizeHint().width(), 60), 0);
 }
 
 void TrendWindow::RedrawWholeView() {
@@ -232,7 +240,14 @@ void TrendWindow::RedrawWholeView() {
   }
   chkAll_->setChecked(ChkAllValue(view_) == 1);
   chkSingle_->setChecked(ChkSingleValue(view_) == 1);
+  upDown1_->setValue(view_.GridGrey);
+  upDown2_->setValue(view_.BackGrey);
+  command1_->setText(view_.WaveMode == 1 ? QStringLiteral("M") : QStringLiteral("A"));
   updating_ = false;
+  if (zoomCaption_->text() != QString::fromStdString(view_.ZoomCaption)) {
+    zoomCaption_->setText(QString::fromStdString(view_.ZoomCaption));
+    LayoutControls();
+  }
   TrendScene scene = Scene();
   picture_ = DrawTrendImage(scene, devicePixelRatioF());
   picture2_->update();
@@ -300,14 +315,24 @@ void TrendWindow::setScaleCount(int count) {
 void TrendWindow::selectGroup(int groupNo) {
   if (groupNo < 1 || groupNo > kGroupTabs || !view_.Groups[groupNo - 1].HasTab) return;
   view_.CurrentGroup = static_cast<std::int16_t>(groupNo);
-  view_.SelectedSlot = 0;
   SetShownScales(view_, Shared().ScaleCount);
+  ReselectScaleSlots(view_, Shared().ScaleCount);
   FillSlotTexts(view_);
   updating_ = true;
   tabs_->setCurrentIndex(TabIndexOfGroup(view_, groupNo));
   updating_ = false;
   LayoutControls();
   RedrawWholeView();
+}
+
+void TrendWindow::keepFrom(const TrendView &old, std::int32_t oldPlotOrigin,
+                           std::int32_t oldPlotExtent) {
+  KeepAcrossOrientationSwitch(view_, old);
+  // The kept zones were measured on the old window's plot; this window's zones
+  // are measured on its own.
+  ResizeZones(view_, oldPlotOrigin, oldPlotExtent, plotOrigin_, plotExtent_);
+  // The tab of the kept group, its slots and scale panels, and a redraw.
+  selectGroup(view_.CurrentGroup);
 }
 
 void TrendWindow::resizeEvent(QResizeEvent *event) {
@@ -375,12 +400,13 @@ void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal) {
     auto *old = qobject_cast<TrendWindow *>(sub->widget());
     if (!old || old->horizontal() == horizontal) continue;
     TrendView keep = old->view();
+    const std::int32_t origin = old->zonePlotOrigin();
+    const std::int32_t extent = old->zonePlotExtent();
     int slot = old->slot();
     old->setAskOnClose(false);
     sub->close();
     auto *fresh = static_cast<TrendWindow *>(CreateTrendWindow(mdi, slot));
-    fresh->view() = keep;
-    fresh->selectGroup(keep.CurrentGroup);
+    fresh->keepFrom(keep, origin, extent);
   }
 }
 

@@ -16,14 +16,14 @@ class QScrollBar;
 class QPushButton;
 class QSpinBox;
 class QCheckBox;
+class QLabel;
 
 namespace recscope {
 
 class TrendWindow : public QWidget {
   Q_OBJECT
  public:
-  TrendWindow(int slot, bool horizontal, const TrendView *keep = nullptr,
-              QWidget *parent = nullptr);
+  TrendWindow(int slot, bool horizontal, QWidget *parent = nullptr);
 
   int slot() const { return slot_; }
   bool horizontal() const { return horizontal_; }
@@ -32,6 +32,14 @@ class TrendWindow : public QWidget {
   const QImage &picture() const { return picture_; }
   // Closing without the save question (the orientation switch).
   void setAskOnClose(bool ask) { askOnClose_ = ask; }
+  // The plot the zones are measured on: its top (left when vertical) and its
+  // extent across the time axis, in twips.
+  std::int32_t zonePlotOrigin() const { return plotOrigin_; }
+  std::int32_t zonePlotExtent() const { return plotExtent_; }
+  // Rebuilt by a switch of orientation: takes the cursors, the saved flag and
+  // the group state of the old window, its zones scaled from the old plot to
+  // this one, and redraws on the whole file.
+  void keepFrom(const TrendView &old, std::int32_t oldPlotOrigin, std::int32_t oldPlotExtent);
 
   // Main window commands on the active trend.
   void onTimeAll();
@@ -72,6 +80,9 @@ class TrendWindow : public QWidget {
   QPushButton *command1_ = nullptr;
   QSpinBox *upDown1_ = nullptr;
   QSpinBox *upDown2_ = nullptr;
+  QLabel *label1_ = nullptr;  // "ﾊﾞｯｸ" beside UpDown2
+  QLabel *label2_ = nullptr;  // "ﾏｽ目" beside UpDown1
+  QLabel *zoomCaption_ = nullptr;
   QCheckBox *chkAll_ = nullptr;
   QCheckBox *chkSingle_ = nullptr;
   QSpinBox *upDown3_[3] = {};
@@ -84,8 +95,8 @@ class TrendWindow : public QWidget {
 // caption of the slot and its file, in the MDI area.
 QWidget *CreateTrendWindow(QMdiArea *mdi, int slot);
 
-// Rebuilds every open trend window in the other form, keeping cursors, groups and
-// the saved flag.
+// Rebuilds every open trend window in the other form on the whole file, keeping
+// cursors, the group state and the saved flag.
 void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal);
 
 // Called when a trend window has closed, with its slot: the slot's release.
