@@ -66,7 +66,7 @@ void DrawRow(QPainter &painter, TrendScene &scene, MarkKind kind, std::int32_t t
     tx = pos + 50;
     ty = std::floor((zone.top - plot.Top) + (zone.height / 10.0) * (10 - level));
   } else {
-    pos = plot.Height - pos;  // time runs upwards
+    pos = view.PlotSpan - pos;  // time runs upwards
     InBox(painter, plot, [&] {
       painter.setPen(pen);
       painter.drawLine(QLineF(0, pos, plot.Width, pos));

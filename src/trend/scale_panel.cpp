@@ -238,6 +238,7 @@ void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
     painter.setPen(QPen(Qt::black, 0));
     QSizeF size = PrintText(painter, x, y, text);
     placed.push_back(QRectF(QPointF(x, y), size));
+    painter.setPen(QPen(colour, 0));  // lines go on in the channel's colour
   };
   if (horizontal) {
     print(0, Yn, head);

@@ -51,6 +51,29 @@ bool Touches(const QRectF &box, const std::vector<QRectF> &placed) {
   return false;
 }
 
+// Boxes of the start and end labels of the horizontal time axis, in Picture2;
+// empty when the label is not printed.
+struct EndLabels {
+  QRectF start, end;
+};
+EndLabels HorizontalEndLabels(const TrendScene &scene, const QFontMetricsF &metrics) {
+  const TrendView &view = *scene.view;
+  const TrendLayout &l = scene.layout;
+  const Box &plot = l.Picture1;
+  const double W = view.PlotSpan;
+  const double y = plot.Bottom() + 10;
+  const double h = metrics.height();
+  EndLabels out;
+  if (!(view.RealTime != 0 && view.DisplayStart == 0))
+    out.start =
+        QRectF(plot.Left, y, metrics.horizontalAdvance(TimeLabel(scene, view.DisplayStart)), h);
+  if (FixTowardsZero((W - kLabelWidth) / kLabelWidth) > 0) {
+    const double w = metrics.horizontalAdvance(TimeLabel(scene, view.DisplayEnd));
+    out.end = QRectF(std::min(plot.Left + W + 200 - w, l.Picture2.Width - 30 - w), y, w, h);
+  }
+  return out;
+}
+
 // The text of a cursor ("ｶｰｿﾙ1:" and its time) and the box it takes in Picture2.
 struct CursorText {
   bool shown = false;
@@ -98,15 +121,28 @@ std::array<CursorText, 2> PlaceCursorTexts(const TrendScene &scene) {
   if (out[0].shown && out[1].shown && Touches(out[1].box, {out[0].box})) {
     QRectF &box = out[1].box;
     if (l.horizontal) {
-      // First the other side of its own line, in the same row, then the row of
-      // the time labels.
+      // First the other side of its own line in the same row; then the row of
+      // the time labels, on a side clear of the start and end labels; else
+      // there, where the labels give way.
       const double right = plot.Left + out[1].along + 100;
       const double left = plot.Left + out[1].along - 100 - box.width();
-      QRectF other = box;
-      other.moveLeft(box.left() < plot.Left + out[1].along ? right : left);
-      if (other.left() >= plot.Left && other.right() <= l.Picture2.Width - 30 &&
-          !Touches(other, {out[0].box}))
-        box = other;
+      const bool leftFirst = box.left() < plot.Left + out[1].along;
+      EndLabels ends = HorizontalEndLabels(scene, metrics);
+      std::vector<QRectF> labels;
+      if (!ends.start.isEmpty()) labels.push_back(ends.start);
+      if (!ends.end.isEmpty()) labels.push_back(ends.end);
+      auto fits = [&](double x) {
+        return x >= plot.Left && x + box.width() <= l.Picture2.Width - 30;
+      };
+      auto at = [&](double x, double y) { return QRectF(x, y, box.width(), box.height()); };
+      const double firstX = leftFirst ? left : right;
+      const double otherX = leftFirst ? right : left;
+      if (fits(otherX) && !Touches(at(otherX, rowB), {out[0].box}))
+        box = at(otherX, rowB);
+      else if (fits(firstX) && !Touches(at(firstX, rowA), labels))
+        box = at(firstX, rowA);
+      else if (fits(otherX) && !Touches(at(otherX, rowA), labels))
+        box = at(otherX, rowA);
       else
         box.moveTop(rowA);
     } else {
@@ -149,11 +185,9 @@ void DrawTimeAxis(QPainter &painter, const TrendScene &scene) {
   auto width = [&](std::int64_t t) { return metrics.horizontalAdvance(TimeLabel(scene, t)); };
 
   if (l.horizontal) {
-    if (printStart) label(plot.Left, labelY, view.DisplayStart);
-    if (N > 0) {
-      double w = width(view.DisplayEnd);
-      label(std::min(plot.Left + W + 200 - w, l.Picture2.Width - 30 - w), labelY, view.DisplayEnd);
-    }
+    EndLabels ends = HorizontalEndLabels(scene, metrics);
+    if (!ends.start.isEmpty()) label(ends.start.left(), labelY, view.DisplayStart);
+    if (!ends.end.isEmpty()) label(ends.end.left(), labelY, view.DisplayEnd);
   } else {
     // Inside the plot, clipped to it.
     painter.save();
