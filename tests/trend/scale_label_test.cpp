@@ -77,6 +77,7 @@ TEST(ScaleLabel, PositiveExponentStandsAfterTheTenToo) {
 }
 
 TEST(ScaleLabel, PlainLabelIsRightAlignedOnHorizontalAndCentredOnVertical) {
+  App();
   // By the label's width in the panel's font.
   const double width = QFontMetricsF(TrendFont(8)).horizontalAdvance(QStringLiteral("12.5"));
   ASSERT_GT(width, 100);
