@@ -84,10 +84,10 @@ struct CursorText {
 
 // Horizontal view: the cursor texts stand in the row under the time labels,
 // right of their line in the plot's first half and left of it in the second.
-// When the two would touch, the second goes up into the row of the time labels,
-// which then give way to it. Vertical view: inside the plot at its right end,
-// just above the line (under it near the top); the second moves to the other
-// side of its line when the two would touch.
+// When the two would touch, the second tries the other side of its line, then
+// the row of the time labels. Vertical view: inside the plot at its right end,
+// just above the line (under it near the top); when the two would touch, the
+// upper line's text stands above it and the other under its line.
 std::array<CursorText, 2> PlaceCursorTexts(const TrendScene &scene) {
   std::array<CursorText, 2> out;
   const TrendView &view = *scene.view;
@@ -146,8 +146,11 @@ std::array<CursorText, 2> PlaceCursorTexts(const TrendScene &scene) {
       else
         box.moveTop(rowA);
     } else {
-      const double lineY = plot.Top + out[1].along;
-      box.moveTop(box.top() < lineY ? lineY + 10 : lineY - h - 10);
+      // The text of the upper line goes above it, the other under its own line.
+      CursorText &upper = out[0].along <= out[1].along ? out[0] : out[1];
+      CursorText &lower = &upper == &out[0] ? out[1] : out[0];
+      upper.box.moveTop(std::max(0.0, upper.along - h - 10) + plot.Top);
+      lower.box.moveTop(std::min(lower.along + 10, plot.Height - h) + plot.Top);
     }
   }
   return out;

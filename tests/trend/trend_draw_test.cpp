@@ -449,43 +449,44 @@ void ExpectNoTwoTouch(const std::vector<DrawnText> &texts, const std::string &wh
 TEST(TrendDrawTexts, TimeLabelsAndCursorTextsNeverTouch) {
   for (bool horizontal : {true, false})
     for (std::int32_t width : {6400, 9000, 10000, 15000, 21000, 28000})
-      for (std::int32_t span : {3600, 86400, 259200, 604800}) {
-        Scene s(0, 100, horizontal);
-        s.scene.layout = LayoutTrend(width, horizontal ? 8250 : 13500, 1, horizontal);
-        s.view.PlotSpan = (s.scene.layout.TimeExtent() / 15 - 1) * 15;
-        s.view.DisplayStart = 1709539200;  // 2024/03/04 08:00:00
-        s.view.DisplayEnd = s.view.DisplayStart + span;
-        s.view.Cursor1Set = s.view.Cursor2Set = true;
-        s.view.Cursor1Time = s.view.DisplayStart + span * 45 / 100;
-        s.view.Cursor2Time = s.view.DisplayStart + span * 55 / 100;
-        const Box &plot = s.Plot();
-        std::vector<DrawnText> axis;
-        for (const DrawnText &t : TextsOf(s.scene)) {
-          QRectF box = BoxOf(t);
-          bool under = box.top() >= plot.Bottom();
-          bool inside = QRectF(plot.Left, plot.Top, plot.Width, plot.Height).contains(box);
-          if (horizontal ? under : inside) axis.push_back(t);
-          if (horizontal && under) {
-            EXPECT_LE(box.right(), s.scene.layout.Picture2.Width) << t.text.toStdString();
-            EXPECT_LE(box.bottom(), s.scene.layout.Scroll.Top + 1) << t.text.toStdString();
+      for (std::int32_t span : {3600, 86400, 259200, 604800})
+        for (int gap : {10, 1}) {  // percent of the span between the cursors
+          Scene s(0, 100, horizontal);
+          s.scene.layout = LayoutTrend(width, horizontal ? 8250 : width * 9 / 10, 1, horizontal);
+          s.view.PlotSpan = (s.scene.layout.TimeExtent() / 15 - 1) * 15;
+          s.view.DisplayStart = 1709539200;  // 2024/03/04 08:00:00
+          s.view.DisplayEnd = s.view.DisplayStart + span;
+          s.view.Cursor1Set = s.view.Cursor2Set = true;
+          s.view.Cursor1Time = s.view.DisplayStart + span * 45 / 100;
+          s.view.Cursor2Time = s.view.DisplayStart + span * (45 + gap) / 100;
+          const Box &plot = s.Plot();
+          std::vector<DrawnText> axis;
+          for (const DrawnText &t : TextsOf(s.scene)) {
+            QRectF box = BoxOf(t);
+            bool under = box.top() >= plot.Bottom();
+            bool inside = QRectF(plot.Left, plot.Top, plot.Width, plot.Height).contains(box);
+            if (horizontal ? under : inside) axis.push_back(t);
+            if (horizontal && under) {
+              EXPECT_LE(box.right(), s.scene.layout.Picture2.Width) << t.text.toStdString();
+              EXPECT_LE(box.bottom(), s.scene.layout.Scroll.Top + 1) << t.text.toStdString();
+            }
           }
+          std::string what = (horizontal ? "horizontal " : "vertical ") + std::to_string(width) +
+                             " span " + std::to_string(span) + " gap " + std::to_string(gap);
+          int cursorTexts = 0, labels = 0;
+          for (const DrawnText &t : axis) {
+            if (t.text.contains(QStringLiteral("2024/")) && t.text.size() > 19)
+              ++cursorTexts;
+            else if (t.text.startsWith(QStringLiteral("2024/")))
+              ++labels;
+          }
+          EXPECT_EQ(cursorTexts, 2) << what;
+          // A narrow plot has room for the two cursor texts only.
+          if (width >= 15000) {
+            EXPECT_GE(labels, 1) << what;
+          }
+          ExpectNoTwoTouch(axis, what);
         }
-        std::string what = (horizontal ? "horizontal " : "vertical ") + std::to_string(width) +
-                           " span " + std::to_string(span);
-        int cursorTexts = 0, labels = 0;
-        for (const DrawnText &t : axis) {
-          if (t.text.contains(QStringLiteral("2024/")) && t.text.size() > 19)
-            ++cursorTexts;
-          else if (t.text.startsWith(QStringLiteral("2024/")))
-            ++labels;
-        }
-        EXPECT_EQ(cursorTexts, 2) << what;
-        // A narrow plot has room for the two cursor texts only.
-        if (width >= 15000) {
-          EXPECT_GE(labels, 1) << what;
-        }
-        ExpectNoTwoTouch(axis, what);
-      }
 }
 
 // The scale panel's texts never touch, for a range whose top labels crowd the
