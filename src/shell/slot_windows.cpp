@@ -84,14 +84,15 @@ void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal) {
     auto *old = qobject_cast<TrendWindow *>(sub->widget());
     if (!old || old->horizontal() == horizontal) continue;
     const TrendView keep = old->view();
+    const std::int32_t origin = old->zonePlotOrigin();
+    const std::int32_t extent = old->zonePlotExtent();
     const int slot = old->slot();
     // The slot goes on in the new window: this close neither asks nor frees it.
     QObject::disconnect(old, &TrendWindow::closed, nullptr, nullptr);
     old->setAskOnClose(false);
     sub->close();
     auto *fresh = static_cast<TrendWindow *>(OpenSlotWindow(mdi, slot, SlotWindowKind::kTrend));
-    fresh->view() = keep;
-    fresh->selectGroup(keep.CurrentGroup);
+    fresh->keepFrom(keep, origin, extent);
   }
 }
 

@@ -68,7 +68,7 @@ std::optional<TextBox> DrawRow(QPainter &painter, const TrendScene &scene, MarkK
     tx = pos + 50;
     ty = std::floor((zone.top - plot.Top) + (zone.height / 10.0) * (10 - level));
   } else {
-    pos = plot.Height - pos;  // time runs upwards
+    pos = view.PlotSpan - pos;  // time runs upwards
     InBox(painter, plot, [&] {
       painter.setPen(pen);
       painter.drawLine(QLineF(0, pos, plot.Width, pos));

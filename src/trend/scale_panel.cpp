@@ -1,7 +1,10 @@
 #include "trend/scale_panel.h"
 
+#include <QFontMetricsF>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
 #include "platform/text_encoding.h"
 #include "shell/rounding.h"
@@ -17,6 +20,10 @@ constexpr double kLongTick = 780;
 constexpr double kShortTick = 835;
 constexpr double kLogTick = 885;
 constexpr double kLabelAnchor = 760;
+constexpr double kVerticalLabelTop = 520;
+constexpr double kTextGap = 30;  // least room between two texts of a panel
+// Vertical view: room kept right of the channel texts, towards the slot numbers.
+constexpr double kRightMargin = 120;
 
 QString ValueLabel(double tick, int decimals, bool logarithmic, const std::string &decimalChar) {
   if (logarithmic) return QString::number(static_cast<int>(tick));
@@ -92,25 +99,51 @@ double FirstStepValue(double lo, double hi, double step) {
   return lo - rest;
 }
 
-void ScaleLabel(QPainter &painter, double x, double y, const QString &value, bool exponentFlag,
-                bool horizontal) {
-  QString text = exponentFlag ? QStringLiteral("10") + value : value;
-  double width = horizontal ? 76.0 * text.size() : 50.0 * text.size();
-  double left = std::max(x - width, 0.0);
-  if (!exponentFlag) {
-    PrintText(painter, left, y, value);
-    return;
-  }
-  // The exponent, sign included, stands raised just after "10": 100 twips on,
-  // or further when "10" is wider than that in this font, since a minus sign
-  // printed over the "0" is lost in it.
-  QSizeF base = PrintText(painter, left, y, QStringLiteral("10"));
-  QFont font = painter.font();
+namespace {
+
+QFont ExponentFont(const QFont &font) {
   QFont small = font;
   small.setPixelSize(std::max(1, font.pixelSize() / 2 + 40));  // half the size plus 2 points
-  painter.setFont(small);
-  PrintText(painter, left + std::max(100.0, base.width()), y - 50, value);
+  return small;
+}
+
+// The exponent, sign included, stands raised just after "10": 100 twips on, or
+// further when "10" is wider than that in this font, since a minus sign printed
+// over the "0" is lost in it.
+double ExponentOffset(const QFont &font) {
+  return std::max(100.0, QFontMetricsF(font).horizontalAdvance(QStringLiteral("10")));
+}
+
+}  // namespace
+
+QRectF ScaleLabelBox(const QFont &font, double x, double y, const QString &value, bool exponentFlag,
+                     bool horizontal) {
+  QFontMetricsF metrics(font);
+  double width = metrics.horizontalAdvance(value);
+  double top = y;
+  double height = metrics.height();
+  if (exponentFlag) {
+    width = ExponentOffset(font) + QFontMetricsF(ExponentFont(font)).horizontalAdvance(value);
+    top = y - 50;
+    height += 50;
+  }
+  double left = std::max(horizontal ? x - width : x - width / 2, 0.0);
+  return QRectF(left, top, width, height);
+}
+
+QRectF ScaleLabel(QPainter &painter, double x, double y, const QString &value, bool exponentFlag,
+                  bool horizontal) {
+  const QFont font = painter.font();
+  QRectF box = ScaleLabelBox(font, x, y, value, exponentFlag, horizontal);
+  if (!exponentFlag) {
+    PrintText(painter, box.left(), y, value);
+    return box;
+  }
+  PrintText(painter, box.left(), y, QStringLiteral("10"));
+  painter.setFont(ExponentFont(font));
+  PrintText(painter, box.left() + ExponentOffset(font), y - 50, value);
   painter.setFont(font);
+  return box;
 }
 
 void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
@@ -154,20 +187,67 @@ void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
     if (inBand(PT - 70)) Yn = RoundHalfEven(PT - 70 + 200);
   }
 
-  // 3. End ticks and their labels.
-  auto label = [&](double along, double v) {
-    QString text = ValueLabel(v, pc.decimals, pc.logarithmic, scene.decimalChar);
-    painter.setPen(QPen(Qt::black, 0));
+  // Texts are placed by their measured size in the panel's font, and a text
+  // that would touch one already placed is left out or moved.
+  std::vector<QRectF> placed;
+  auto isFree = [&](const QRectF &box) {
+    QRectF wide = box.adjusted(-kTextGap, -kTextGap, kTextGap, kTextGap);
+    for (const QRectF &other : placed)
+      if (wide.intersects(other)) return false;
+    return true;
+  };
+  const QFont font = painter.font();
+  // Box of a value label at a place along the scale; on the vertical view kept
+  // inside the panel's right edge.
+  auto labelBox = [&](double along, const QString &text) {
     if (horizontal)
-      ScaleLabel(painter, kLabelAnchor, along - 70, text, pc.logarithmic, true);
-    else
-      ScaleLabel(painter, along + 50.0 * text.size() / 2, 520, text, pc.logarithmic, false);
+      return ScaleLabelBox(font, kLabelAnchor, along - 70, text, pc.logarithmic, true);
+    QRectF box = ScaleLabelBox(font, along, kVerticalLabelTop, text, pc.logarithmic, false);
+    double over = box.right() - (panel.Width - kTextGap);
+    if (over > 0)
+      box = ScaleLabelBox(font, along - over, kVerticalLabelTop, text, pc.logarithmic, false);
+    return box;
+  };
+  auto label = [&](double along, double v, bool always) {
+    QString text = ValueLabel(v, pc.decimals, pc.logarithmic, scene.decimalChar);
+    QRectF box = labelBox(along, text);
+    if (!always && !isFree(box)) return;
+    painter.setPen(QPen(Qt::black, 0));
+    // The box's anchor: right edge (horizontal) or centre (vertical).
+    double anchor = horizontal ? box.right() : box.center().x();
+    placed.push_back(ScaleLabel(painter, anchor, box.top() + (pc.logarithmic ? 50 : 0), text,
+                                pc.logarithmic, horizontal));
     painter.setPen(QPen(colour, 0));
   };
+
+  // 3. End ticks and their labels.
   line(nearEnd, kAxis, kLongTick);
   line(farEnd, kAxis, kLongTick);
-  label(nearEnd, pc.lo);
-  label(farEnd, pc.hi);
+  label(nearEnd, pc.lo, true);
+  label(farEnd, pc.hi, true);
+
+  // 7. The channel's text block: on the horizontal view in its band at the
+  // panel's left, on the vertical view one line at the panel's right end.
+  QString head =
+      QString::fromStdString((pc.di ? "DI:" : "CH:") + scene.view->SlotChannelText[slot]);
+  QString tag1 = QString::fromStdString(LeftCp932Bytes(pc.tag, 8));
+  QString tag2 = QString::fromStdString(MidCp932Bytes(pc.tag, 8));
+  QFontMetricsF metrics(font);
+  auto print = [&](double x, double y, const QString &text) {
+    if (text.isEmpty()) return;
+    painter.setPen(QPen(Qt::black, 0));
+    QSizeF size = PrintText(painter, x, y, text);
+    placed.push_back(QRectF(QPointF(x, y), size));
+    painter.setPen(QPen(colour, 0));  // lines go on in the channel's colour
+  };
+  if (horizontal) {
+    print(0, Yn, head);
+    print(0, Yn + 250, tag1);
+    print(0, Yn + 500, tag2);
+  } else {
+    QString line1 = head + QStringLiteral(" ") + tag1 + tag2;
+    print(std::max(0.0, panel.Width - kRightMargin - metrics.horizontalAdvance(line1)), 0, line1);
+  }
 
   // 4, 5. Inner ticks, the labelled ones long.
   if (R > 0) {
@@ -181,7 +261,8 @@ void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
       bool isLong = std::fmod(v, major) == 0;
       line(at, kAxis, isLong ? kLongTick : kShortTick);
       bool nearEnds = std::fabs(at - PB) < 140 || std::fabs(at - PT) < 140;
-      if (isLong && !nearEnds && (!horizontal || (at >= 500 && !inBand(at - 70)))) label(at, v);
+      if (isLong && !nearEnds && (!horizontal || (at >= 500 && !inBand(at - 70))))
+        label(at, v, false);
     }
   }
 
@@ -196,28 +277,27 @@ void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
     }
   }
 
-  // 7, 8. Channel, tag and unit.
-  painter.setPen(QPen(Qt::black, 0));
-  QString head =
-      QString::fromStdString((pc.di ? "DI:" : "CH:") + scene.view->SlotChannelText[slot]);
-  QString tag1 = QString::fromStdString(LeftCp932Bytes(pc.tag, 8));
-  QString tag2 = QString::fromStdString(MidCp932Bytes(pc.tag, 8));
-  if (horizontal) {
-    PrintText(painter, 0, Yn, head);
-    PrintText(painter, 0, Yn + 250, tag1);
-    PrintText(painter, 0, Yn + 500, tag2);
-  } else {
-    double x = panel.Width - 1300;
-    PrintText(painter, x, 0, head + QStringLiteral(" ") + tag1 + tag2);
-  }
+  // 8. Unit, analog only: at the top of the panel, or under the first text it
+  // would touch there.
   if (!pc.di) {
     QString unit =
         QStringLiteral("[") + QString::fromStdString(UnitLength(pc.unit)) + QStringLiteral("]");
+    QSizeF size(metrics.horizontalAdvance(unit), metrics.height());
     if (horizontal) {
+      std::vector<double> tops{50};
+      for (const QRectF &box : placed) tops.push_back(box.bottom() + kTextGap + 1);
+      std::sort(tops.begin(), tops.end());
       double y = (PT - 70 > -100 && PT - 70 < 200) ? PT + 80 : 50;
-      PrintText(painter, 0, y, unit);
+      for (double top : tops) {
+        if (top + size.height() > panel.Height) break;
+        if (isFree(QRectF(QPointF(0, top), size))) {
+          y = top;
+          break;
+        }
+      }
+      print(0, y, unit);
     } else {
-      PrintText(painter, panel.Width - 1300, 250, unit);
+      print(std::max(0.0, panel.Width - kRightMargin - size.width()), 250, unit);
     }
   }
 }

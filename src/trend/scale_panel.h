@@ -11,9 +11,13 @@ namespace recscope {
 void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot);
 
 // One scale label anchored at x: right-aligned on a horizontal view, centred on a
-// vertical one. A log label prints "10" and its exponent raised in a smaller font.
-void ScaleLabel(QPainter &painter, double x, double y, const QString &value, bool exponentFlag,
-                bool horizontal);
+// vertical one, by its width in the font given; never left of 0. A log label
+// prints "10" and its exponent raised in a smaller font. ScaleLabelBox is the
+// box the label takes, ScaleLabel prints it and returns that box.
+QRectF ScaleLabelBox(const QFont &font, double x, double y, const QString &value, bool exponentFlag,
+                     bool horizontal);
+QRectF ScaleLabel(QPainter &painter, double x, double y, const QString &value, bool exponentFlag,
+                  bool horizontal);
 
 // Position of a raw scale value between the panel's ends: `nearEnd` is the end
 // of the low value, `k` twips per raw unit. Mirrored when hi < lo.

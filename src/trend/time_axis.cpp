@@ -16,9 +16,6 @@ std::int64_t Span(const TrendView &view) {
 
 std::int64_t CeilDiv(std::int64_t a, std::int64_t b) { return a / b + (a % b > 0 ? 1 : 0); }
 
-constexpr int kTimeScaleFirst = 2;
-constexpr int kTimeScaleLast = 14;
-
 }  // namespace
 
 int ShowWholeFile(TrendView &view, const RecordFileInfo &info) {
@@ -62,17 +59,6 @@ int ShowBetweenCursors(TrendView &view) {
   view.DisplayStart = std::min(view.Cursor1Time, view.Cursor2Time);
   view.DisplayEnd = std::max(view.Cursor1Time, view.Cursor2Time);
   return 0;
-}
-
-bool StepTimeScale(TrendView &view, bool enlarge) {
-  if (enlarge) {
-    if (view.TimeScaleIndex <= kTimeScaleFirst) return false;
-    --view.TimeScaleIndex;
-  } else {
-    if (view.TimeScaleIndex >= kTimeScaleLast) return false;
-    ++view.TimeScaleIndex;
-  }
-  return true;
 }
 
 std::int32_t TimeToPosition(const TrendView &view, std::int64_t t) {

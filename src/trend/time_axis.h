@@ -33,9 +33,6 @@ int ReduceSpan(TrendView &view, const RecordFileInfo &info, std::int32_t period)
 // The range of the two cursors; 11164 when one is unset, 11163 when equal.
 int ShowBetweenCursors(TrendView &view);
 
-// Real-time windows step the time width index instead; false at the limit.
-bool StepTimeScale(TrendView &view, bool enlarge);
-
 // Position of a time on the plot: Round(PlotSpan x (t - start) / (end - start)),
 // 0 on an empty range.
 std::int32_t TimeToPosition(const TrendView &view, std::int64_t t);

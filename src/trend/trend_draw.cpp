@@ -1,7 +1,9 @@
 #include "trend/trend_draw.h"
 
 #include <QFontMetricsF>
+#include <array>
 #include <cmath>
+#include <vector>
 
 #include "shell/catalogue.h"
 #include "shell/civil_time.h"
@@ -39,6 +41,124 @@ std::int32_t TickStep(std::int64_t span, std::int64_t labels) {
   return IntervalTable.back();
 }
 
+// Least room between two texts along the time axis.
+constexpr double kTextGap = 100;
+
+bool Touches(const QRectF &box, const std::vector<QRectF> &placed) {
+  QRectF wide = box.adjusted(-kTextGap / 2, -kTextGap / 2, kTextGap / 2, kTextGap / 2);
+  for (const QRectF &other : placed)
+    if (wide.intersects(other)) return true;
+  return false;
+}
+
+// Boxes of the start and end labels of the horizontal time axis, in Picture2;
+// empty when the label is not printed.
+struct EndLabels {
+  QRectF start, end;
+};
+EndLabels HorizontalEndLabels(const TrendScene &scene, const QFontMetricsF &metrics) {
+  const TrendView &view = *scene.view;
+  const TrendLayout &l = scene.layout;
+  const Box &plot = l.Picture1;
+  const double W = view.PlotSpan;
+  const double y = plot.Bottom() + 10;
+  const double h = metrics.height();
+  EndLabels out;
+  if (!(view.RealTime != 0 && view.DisplayStart == 0))
+    out.start =
+        QRectF(plot.Left, y, metrics.horizontalAdvance(TimeLabel(scene, view.DisplayStart)), h);
+  if (FixTowardsZero((W - kLabelWidth) / kLabelWidth) > 0) {
+    const double w = metrics.horizontalAdvance(TimeLabel(scene, view.DisplayEnd));
+    out.end = QRectF(std::min(plot.Left + W + 200 - w, l.Picture2.Width - 30 - w), y, w, h);
+  }
+  return out;
+}
+
+// The text of a cursor ("ｶｰｿﾙ1:" and its time) and the box it takes in Picture2.
+struct CursorText {
+  bool shown = false;
+  double along = 0;  // the cursor line's position along the time axis
+  QString text;
+  QRectF box;
+};
+
+// Horizontal view: the cursor texts stand in the row under the time labels,
+// right of their line in the plot's first half and left of it in the second.
+// When the two would touch, the second tries the other side of its line, then
+// the row of the time labels. Vertical view: inside the plot at its right end,
+// just above the line (under it near the top); when the two would touch, the
+// upper line's text stands above it and the other under its line.
+std::array<CursorText, 2> PlaceCursorTexts(const TrendScene &scene) {
+  std::array<CursorText, 2> out;
+  const TrendView &view = *scene.view;
+  const TrendLayout &l = scene.layout;
+  const Box &plot = l.Picture1;
+  QFontMetricsF metrics(TrendFont(9));
+  const double h = metrics.height();
+  const double rowA = plot.Bottom() + 10;
+  const double rowB = std::max(rowA, std::min(rowA + h, l.Scroll.Top - h));
+  for (int which = 1; which <= 2; ++which) {
+    bool set = which == 1 ? view.Cursor1Set : view.Cursor2Set;
+    std::int32_t t = which == 1 ? view.Cursor1Time : view.Cursor2Time;
+    if (!set || t < view.DisplayStart || t > view.DisplayEnd) continue;
+    CursorText &c = out[which - 1];
+    c.shown = true;
+    c.along = TimeAlong(scene, t);
+    c.text = QString::fromStdString(GetMessageText(which == 1 ? kCursor1Text : kCursor2Text)) +
+             TimeLabel(scene, t);
+    const double w = metrics.horizontalAdvance(c.text);
+    if (l.horizontal) {
+      double x = c.along <= view.PlotSpan / 2.0 ? plot.Left + c.along + 100
+                                                : plot.Left + c.along - 100 - w;
+      x = std::max<double>(plot.Left, std::min(x, l.Picture2.Width - 30 - w));
+      c.box = QRectF(x, rowB, w, h);
+    } else {
+      double y = c.along - h - 10;
+      if (y < 0) y = c.along + 10;
+      c.box = QRectF(plot.Left + std::max(0.0, plot.Width - 60 - w), plot.Top + y, w, h);
+    }
+  }
+  if (out[0].shown && out[1].shown && Touches(out[1].box, {out[0].box})) {
+    QRectF &box = out[1].box;
+    if (l.horizontal) {
+      // First the other side of its own line in the same row; then the row of
+      // the time labels, on a side clear of the start and end labels; else
+      // there, where the labels give way.
+      const double right = plot.Left + out[1].along + 100;
+      const double left = plot.Left + out[1].along - 100 - box.width();
+      const bool leftFirst = box.left() < plot.Left + out[1].along;
+      EndLabels ends = HorizontalEndLabels(scene, metrics);
+      std::vector<QRectF> labels;
+      if (!ends.start.isEmpty()) labels.push_back(ends.start);
+      if (!ends.end.isEmpty()) labels.push_back(ends.end);
+      auto fits = [&](double x) {
+        return x >= plot.Left && x + box.width() <= l.Picture2.Width - 30;
+      };
+      auto at = [&](double x, double y) { return QRectF(x, y, box.width(), box.height()); };
+      const double firstX = leftFirst ? left : right;
+      const double otherX = leftFirst ? right : left;
+      if (fits(otherX) && !Touches(at(otherX, rowB), {out[0].box}))
+        box = at(otherX, rowB);
+      else if (fits(firstX) && !Touches(at(firstX, rowA), labels))
+        box = at(firstX, rowA);
+      else if (fits(otherX) && !Touches(at(otherX, rowA), labels))
+        box = at(otherX, rowA);
+      else
+        box.moveTop(rowA);
+    } else {
+      // The text of the upper line goes above it, the other under its own line.
+      CursorText &upper = out[0].along <= out[1].along ? out[0] : out[1];
+      CursorText &lower = &upper == &out[0] ? out[1] : out[0];
+      upper.box.moveTop(std::max(0.0, upper.along - h - 10) + plot.Top);
+      lower.box.moveTop(std::min(lower.along + 10, plot.Height - h) + plot.Top);
+    }
+  }
+  return out;
+}
+
+// Time labels go where they touch no text placed before them: the cursor texts,
+// the start and end labels, and the tick labels to their left (above, on the
+// vertical view). A label that would touch one of those is left out.
 void DrawTimeAxis(QPainter &painter, const TrendScene &scene) {
   const TrendView &view = *scene.view;
   const TrendLayout &l = scene.layout;
@@ -48,21 +168,36 @@ void DrawTimeAxis(QPainter &painter, const TrendScene &scene) {
   const bool printStart = !(view.RealTime != 0 && view.DisplayStart == 0);
   QPen gridPen(ColourOfText(view.GridColor), 0);
   painter.setFont(TrendFont(9));
+  QFontMetricsF metrics(painter.font());
+  const double h = metrics.height();
+
+  // Everything in Picture2 coordinates.
+  std::vector<QRectF> placed;
+  if (view.RealTime == 0)
+    for (const CursorText &c : PlaceCursorTexts(scene))
+      if (c.shown) placed.push_back(c.box);
+  auto label = [&](double x, double y, std::int64_t t) {
+    QString text = TimeLabel(scene, t);
+    QRectF box(x, y, metrics.horizontalAdvance(text), h);
+    if (Touches(box, placed)) return;
+    placed.push_back(box);
+    painter.setPen(QPen(Qt::black, 0));
+    PrintText(painter, x, y, text);
+  };
+  const double labelY = plot.Bottom() + 10;
+  auto width = [&](std::int64_t t) { return metrics.horizontalAdvance(TimeLabel(scene, t)); };
 
   if (l.horizontal) {
-    double labelY = plot.Top + plot.Height + 10;
-    painter.setPen(QPen(Qt::black, 0));
-    if (printStart) PrintText(painter, plot.Left, labelY, TimeLabel(scene, view.DisplayStart));
-    if (N > 0)
-      PrintText(painter, plot.Width - kLabelWidth + plot.Left + 200, labelY,
-                TimeLabel(scene, view.DisplayEnd));
+    EndLabels ends = HorizontalEndLabels(scene, metrics);
+    if (!ends.start.isEmpty()) label(ends.start.left(), labelY, view.DisplayStart);
+    if (!ends.end.isEmpty()) label(ends.end.left(), labelY, view.DisplayEnd);
   } else {
-    InBox(painter, plot, [&] {
-      painter.setPen(QPen(Qt::black, 0));
-      if (printStart)
-        PrintText(painter, 50, plot.Height - 200, TimeLabel(scene, view.DisplayStart));
-      if (N > 0) PrintText(painter, 50, 250 - 200, TimeLabel(scene, view.DisplayEnd));
-    });
+    // Inside the plot, clipped to it.
+    painter.save();
+    painter.setClipRect(QRect(plot.Left, plot.Top, plot.Width, plot.Height));
+    if (printStart) label(plot.Left + 50, plot.Top + plot.Height - h - 10, view.DisplayStart);
+    if (N > 0) label(plot.Left + 50, plot.Top + 50, view.DisplayEnd);
+    painter.restore();
   }
   if (N < 2) return;
 
@@ -73,20 +208,24 @@ void DrawTimeAxis(QPainter &painter, const TrendScene &scene) {
     double along = TimeAlong(scene, t);
     InBox(painter, plot, [&] {
       painter.setPen(gridPen);
-      if (l.horizontal) {
+      if (l.horizontal)
         painter.drawLine(QLineF(along, 0, along, plot.Height));
-      } else {
+      else
         painter.drawLine(QLineF(0, along, plot.Width, along));
-        double y = along - 200;
-        painter.setPen(QPen(Qt::black, 0));
-        if (y < plot.Height - 250 && y > 500) PrintText(painter, 50, y, TimeLabel(scene, t));
-      }
     });
     if (l.horizontal) {
-      double xl = along - 750;
-      painter.setPen(QPen(Qt::black, 0));
-      if (xl > kLabelWidth && xl < W - 3200)
-        PrintText(painter, plot.Left + xl, plot.Top + plot.Height + 10, TimeLabel(scene, t));
+      // Centred on its tick, inside the plot's width.
+      double x = plot.Left + along - width(t) / 2;
+      if (x >= plot.Left && x + width(t) <= plot.Right()) label(x, labelY, t);
+    } else {
+      // Just above its line, inside the plot.
+      double y = along - h - 10;
+      if (y >= 0 && y + h <= plot.Height) {
+        painter.save();
+        painter.setClipRect(QRect(plot.Left, plot.Top, plot.Width, plot.Height));
+        label(plot.Left + 50, plot.Top + y, t);
+        painter.restore();
+      }
     }
   }
 }
@@ -156,49 +295,49 @@ void DrawValueGrid(QPainter &painter, const TrendScene &scene) {
   });
 }
 
-void DrawCursor(QPainter &painter, const TrendScene &scene, int which) {
-  const TrendView &view = *scene.view;
-  bool set = which == 1 ? view.Cursor1Set : view.Cursor2Set;
-  std::int32_t t = which == 1 ? view.Cursor1Time : view.Cursor2Time;
-  if (!set || t < view.DisplayStart || t > view.DisplayEnd) return;
+void DrawCursors(QPainter &painter, const TrendScene &scene) {
   const TrendLayout &l = scene.layout;
   const Box &plot = l.Picture1;
-  double along = TimeAlong(scene, t);
-  InBox(painter, plot, [&] {
-    painter.setPen(QPen(QColor(kCursorColour.r, kCursorColour.g, kCursorColour.b), 0));
+  const std::array<CursorText, 2> texts = PlaceCursorTexts(scene);
+  for (int which = 1; which <= 2; ++which) {
+    const CursorText &c = texts[which - 1];
+    if (!c.shown) continue;
+    InBox(painter, plot, [&] {
+      painter.setPen(QPen(QColor(kCursorColour.r, kCursorColour.g, kCursorColour.b), 0));
+      if (l.horizontal)
+        painter.drawLine(QLineF(c.along, 0, c.along, plot.Height));
+      else
+        painter.drawLine(QLineF(0, c.along, plot.Width, c.along));
+    });
+    painter.setPen(QPen(Qt::black, 0));
+    painter.setFont(TrendFont(9));
+    QString number = QString::number(which);
     if (l.horizontal)
-      painter.drawLine(QLineF(along, 0, along, plot.Height));
+      PrintText(painter, plot.Left + c.along, plot.Top - 150, number);
     else
-      painter.drawLine(QLineF(0, along, plot.Width, along));
-  });
-  painter.setPen(QPen(Qt::black, 0));
-  painter.setFont(TrendFont(9));
-  QString number = QString::number(which);
-  QString text = QString::fromStdString(GetMessageText(which == 1 ? kCursor1Text : kCursor2Text)) +
-                 TimeLabel(scene, t);
-  if (l.horizontal) {
-    PrintText(painter, plot.Left + along, plot.Top - 150, number);
-    double x =
-        along <= view.PlotSpan / 2.0 ? plot.Left + along + 100 : plot.Left + along - 1350 - 630;
-    double y = l.Scroll.Top - (which == 1 ? 340 : 190);
-    PrintText(painter, x, y, text);
-  } else {
-    PrintText(painter, plot.Left - 150, plot.Top + along - 100, number);
-    PrintText(painter, plot.Left, plot.Bottom() + (which == 1 ? 20 : 190), text);
+      PrintText(painter, plot.Left - 150, plot.Top + c.along - 100, number);
+    PrintText(painter, c.box.left(), c.box.top(), c.text);
   }
 }
 
+// "No" and the member of each shown slot, beside its up-down: left of it on the
+// horizontal view, above it on the vertical one, clear of the control by its
+// measured width.
 void DrawSlotNumbers(QPainter &painter, const TrendScene &scene) {
   painter.save();
   painter.setPen(QPen(Qt::black, 0));
   painter.setFont(TrendFont(9));
+  QFontMetricsF metrics(painter.font());
   for (int i = 0; i < scene.view->Group().ShownScales && i < 3; ++i) {
     const Box &up = scene.layout.UpDown3[i];
     QString text = QStringLiteral("No") + QString::fromStdString(scene.view->SlotMemberText[i]);
+    const double w = metrics.horizontalAdvance(text);
     if (scene.layout.horizontal)
-      PrintText(painter, up.Left - 400, up.Top + 50, text);
+      PrintText(painter, up.Left - std::max(400.0, w + 40),
+                up.Top + (up.Height - metrics.height()) / 2, text);
     else
-      PrintText(painter, up.Left - 50, up.Top - 200, text);
+      PrintText(painter, std::min<double>(up.Left - 50, scene.layout.Picture2.Width - 30 - w),
+                up.Top - metrics.height() - 10, text);
   }
   painter.restore();
 }
@@ -267,8 +406,7 @@ TrendPlacement TrendDraw(QPainter &painter, const TrendScene &scene) {
   // 5. Marks and cursors of a file view.
   if (view.RealTime == 0) {
     placed.eventTexts = DrawEventMarks(painter, scene);
-    DrawCursor(painter, scene, 1);
-    DrawCursor(painter, scene, 2);
+    DrawCursors(painter, scene);
   }
   // 6. Slot numbers.
   DrawSlotNumbers(painter, scene);

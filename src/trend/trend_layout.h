@@ -25,6 +25,9 @@ constexpr std::int32_t kPanelExtent = 1200;  // width of a panel (height when ve
 constexpr std::int32_t kPlotOffset = 400;    // Picture1.Top (Left when vertical)
 // The plot extent across time that the start zones (516, 3250) were made for.
 constexpr std::int32_t kDesignPlotExtent = 3570;
+// A slot up-down as the platform draws it: room for two digits and its arrows.
+constexpr std::int32_t kUpDownWidth = 600;
+constexpr std::int32_t kUpDownHeight = 330;
 
 struct TrendLayout {
   bool horizontal = true;
@@ -42,9 +45,6 @@ struct TrendLayout {
   std::int32_t TimeExtent() const { return horizontal ? Picture1.Width : Picture1.Height; }
   std::int32_t PlotOrigin() const { return horizontal ? Picture1.Top : Picture1.Left; }
 };
-
-// The window size with its minimum applied.
-void ClampWindowSize(std::int32_t &width, std::int32_t &height);
 
 TrendLayout LayoutTrend(std::int32_t formWidth, std::int32_t formHeight, int shownScales,
                         bool horizontal);

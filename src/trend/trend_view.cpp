@@ -175,6 +175,35 @@ void AssignScaleSlots(TrendView &view, int scaleCount) {
   }
 }
 
+void ReselectScaleSlots(TrendView &view, int scaleCount) {
+  const int members = view.Group().MemberCount;
+  if (view.SlotValue[0] < 1 || view.SlotValue[0] > members) view.SlotValue[0] = 1;
+  AssignScaleSlots(view, std::min(scaleCount, members));
+  for (int i = 0; i < 3; ++i)
+    if (view.SlotValue[i] < 1 || view.SlotValue[i] > members) view.SlotValue[i] = 1;
+  view.SelectedSlot = 0;
+}
+
+void KeepAcrossOrientationSwitch(TrendView &fresh, const TrendView &old) {
+  fresh.Cursor1Set = old.Cursor1Set;
+  fresh.Cursor2Set = old.Cursor2Set;
+  fresh.Cursor1Time = old.Cursor1Time;
+  fresh.Cursor2Time = old.Cursor2Time;
+  fresh.DisplaySaved = old.DisplaySaved;
+  if (old.CurrentGroup >= 1 && old.CurrentGroup <= kGroupTabs &&
+      fresh.Groups[old.CurrentGroup - 1].HasTab)
+    fresh.CurrentGroup = old.CurrentGroup;
+  for (int g = 0; g < kGroupTabs; ++g) {
+    TrendGroup &to = fresh.Groups[g];
+    const TrendGroup &from = old.Groups[g];
+    if (to.ChannelNo.size() != from.ChannelNo.size()) continue;  // not the same record
+    to.ChannelOn = from.ChannelOn;
+    to.ZoneTop = from.ZoneTop;
+    to.ZoneHeight = from.ZoneHeight;
+    to.AllOn = from.AllOn;
+  }
+}
+
 void FillSlotTexts(TrendView &view) {
   const TrendGroup &group = view.Group();
   for (int i = 0; i < 3; ++i) {

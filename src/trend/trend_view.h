@@ -107,6 +107,17 @@ void SetShownScales(TrendView &view, int scaleCount);
 // member, slots 1 and 2 take members 2 and 3, or the next free one.
 void AssignScaleSlots(TrendView &view, int scaleCount);
 
+// The slots after a tab change: slot 0 keeps its member when the new group has
+// it and takes member 1 otherwise; slots 1 and 2 are assigned as on load, for
+// the scale panels the group shows. A slot the group cannot show takes member 1.
+void ReselectScaleSlots(TrendView &view, int scaleCount);
+
+// What a rebuilt window of the other orientation takes over from the old one:
+// cursors, the saved flag and the group state (current group, each channel's on
+// switch, zones and AllOn). Zones are taken as they stand; the caller scales
+// them from the old plot to the new one.
+void KeepAcrossOrientationSwitch(TrendView &fresh, const TrendView &old);
+
 // SlotChannelText and SlotMemberText of the three slots: "0#" of the channel
 // number (number - 128 for a DI) and of the member place.
 void FillSlotTexts(TrendView &view);

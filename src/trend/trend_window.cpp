@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
@@ -27,6 +28,8 @@ namespace recscope {
 namespace {
 
 constexpr int kCloseQuestion = 19503;
+constexpr int kBackLabel = 10720;
+constexpr int kGridLabel = 10721;
 
 int Px(std::int32_t twips) { return static_cast<int>(twips / kTwipsPerPixel); }
 QRect PxRect(const Box &b, int dx = 0, int dy = 0) {
@@ -113,6 +116,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
     box->setRange(0, 10);
     box->setValue(start);
     connect(box, &QSpinBox::valueChanged, this, [this, field, step](int value) {
+      if (updating_) return;
       view_.*step = value;
       view_.*field = ColourText(GreyOfStep(value));
       view_.DisplaySaved = false;
@@ -121,6 +125,12 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
   };
   grey(upDown1_, "UpDown1", view_.GridGrey, &TrendView::GridColor, &TrendView::GridGrey);
   grey(upDown2_, "UpDown2", view_.BackGrey, &TrendView::BackColor, &TrendView::BackGrey);
+  label1_ = new QLabel(QString::fromStdString(GetMessageText(kBackLabel)), this);
+  label1_->setObjectName(QStringLiteral("Label1"));
+  label2_ = new QLabel(QString::fromStdString(GetMessageText(kGridLabel)), this);
+  label2_->setObjectName(QStringLiteral("Label2"));
+  zoomCaption_ = new QLabel(QString::fromStdString(view_.ZoomCaption), this);
+  zoomCaption_->setObjectName(QStringLiteral("ZoomCaption"));
   chkAll_ = new QCheckBox(this);
   chkAll_->setObjectName(QStringLiteral("chkAll"));
   chkSingle_ = new QCheckBox(this);
@@ -166,15 +176,27 @@ void TrendWindow::LayoutControls() {
   picture2_->setGeometry(PxRect(layout_.Picture2));
   scroll_->setGeometry(PxRect(layout_.Scroll));
   for (int i = 0; i < 3; ++i) {
-    upDown3_[i]->setGeometry(PxRect(layout_.UpDown3[i]).adjusted(0, 0, 24, 0));
+    upDown3_[i]->setGeometry(PxRect(layout_.UpDown3[i]));
     upDown3_[i]->setVisible(i < view_.Group().ShownScales);
   }
+  // The bottom row, left to right, each control at its own width: the grey of
+  // the background and of the grid with their labels, the wave mode, the two
+  // on switches and the zoom factor in use.
   QRect row = PxRect(layout_.BottomRow);
-  upDown1_->setGeometry(row.left(), row.top(), 50, 22);
-  upDown2_->setGeometry(row.left() + 60, row.top(), 50, 22);
-  command1_->setGeometry(row.left() + 120, row.top(), 30, 22);
-  chkAll_->setGeometry(row.left() + 160, row.top(), 22, 22);
-  chkSingle_->setGeometry(row.left() + 190, row.top(), 22, 22);
+  const int height = 22;
+  int x = row.left();
+  auto place = [&](QWidget *control, int width, int gap) {
+    control->setGeometry(x, row.top(), width, height);
+    x += width + gap;
+  };
+  place(label1_, label1_->sizeHint().width(), 4);
+  place(upDown2_, 50, 12);
+  place(label2_, label2_->sizeHint().width(), 4);
+  place(upDown1_, 50, 12);
+  place(command1_, 30, 10);
+  place(chkAll_, 22, 8);
+  place(chkSingle_, 22, 12);
+  place(zoomCaption_, std::max(zoomCaption_->sizeHint().width(), 60), 0);
 }
 
 void TrendWindow::RedrawWholeView() {
@@ -195,7 +217,14 @@ void TrendWindow::RedrawWholeView() {
   }
   chkAll_->setChecked(ChkAllValue(view_) == 1);
   chkSingle_->setChecked(ChkSingleValue(view_) == 1);
+  upDown1_->setValue(view_.GridGrey);
+  upDown2_->setValue(view_.BackGrey);
+  command1_->setText(view_.WaveMode == 1 ? QStringLiteral("M") : QStringLiteral("A"));
   updating_ = false;
+  if (zoomCaption_->text() != QString::fromStdString(view_.ZoomCaption)) {
+    zoomCaption_->setText(QString::fromStdString(view_.ZoomCaption));
+    LayoutControls();
+  }
   picture_ = DrawTrendImage(Scene(), devicePixelRatioF(), &placed_);
   picture2_->update();
   view_.Busy = 0;
@@ -262,14 +291,24 @@ void TrendWindow::setScaleCount(int count) {
 void TrendWindow::selectGroup(int groupNo) {
   if (groupNo < 1 || groupNo > kGroupTabs || !view_.Groups[groupNo - 1].HasTab) return;
   view_.CurrentGroup = static_cast<std::int16_t>(groupNo);
-  view_.SelectedSlot = 0;
   SetShownScales(view_, Shared().ScaleCount);
+  ReselectScaleSlots(view_, Shared().ScaleCount);
   FillSlotTexts(view_);
   updating_ = true;
   tabs_->setCurrentIndex(TabIndexOfGroup(view_, groupNo));
   updating_ = false;
   LayoutControls();
   RedrawWholeView();
+}
+
+void TrendWindow::keepFrom(const TrendView &old, std::int32_t oldPlotOrigin,
+                           std::int32_t oldPlotExtent) {
+  KeepAcrossOrientationSwitch(view_, old);
+  // The kept zones were measured on the old window's plot; this window's zones
+  // are measured on its own.
+  ResizeZones(view_, oldPlotOrigin, oldPlotExtent, plotOrigin_, plotExtent_);
+  // The tab of the kept group, its slots and scale panels, and a redraw.
+  selectGroup(view_.CurrentGroup);
 }
 
 void TrendWindow::resizeEvent(QResizeEvent *event) {

@@ -14,6 +14,7 @@ class QScrollBar;
 class QPushButton;
 class QSpinBox;
 class QCheckBox;
+class QLabel;
 
 namespace recscope {
 
@@ -31,6 +32,14 @@ class TrendWindow : public QWidget {
   const TrendPlacement &placement() const { return placed_; }
   // Closing without the save question (the orientation switch).
   void setAskOnClose(bool ask) { askOnClose_ = ask; }
+  // The plot the zones are measured on: its top (left when vertical) and its
+  // extent across the time axis, in twips.
+  std::int32_t zonePlotOrigin() const { return plotOrigin_; }
+  std::int32_t zonePlotExtent() const { return plotExtent_; }
+  // Rebuilt by a switch of orientation: takes the cursors, the saved flag and
+  // the group state of the old window, its zones scaled from the old plot to
+  // this one, and redraws on the whole file.
+  void keepFrom(const TrendView &old, std::int32_t oldPlotOrigin, std::int32_t oldPlotExtent);
 
   // Main window commands on the active trend.
   void onTimeAll();
@@ -76,6 +85,9 @@ class TrendWindow : public QWidget {
   QPushButton *command1_ = nullptr;
   QSpinBox *upDown1_ = nullptr;
   QSpinBox *upDown2_ = nullptr;
+  QLabel *label1_ = nullptr;  // "ﾊﾞｯｸ" beside UpDown2
+  QLabel *label2_ = nullptr;  // "ﾏｽ目" beside UpDown1
+  QLabel *zoomCaption_ = nullptr;
   QCheckBox *chkAll_ = nullptr;
   QCheckBox *chkSingle_ = nullptr;
   QSpinBox *upDown3_[3] = {};

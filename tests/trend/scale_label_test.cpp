@@ -77,13 +77,21 @@ TEST(ScaleLabel, PositiveExponentStandsAfterTheTenToo) {
 }
 
 TEST(ScaleLabel, PlainLabelIsRightAlignedOnHorizontalAndCentredOnVertical) {
+  App();
+  // By the label's width in the panel's font.
+  const double width = QFontMetricsF(TrendFont(8)).horizontalAdvance(QStringLiteral("12.5"));
+  ASSERT_GT(width, 100);
   std::vector<DrawnText> h = LabelTexts(760, 400, "12.5", false, true);
   ASSERT_EQ(h.size(), 1u);
   EXPECT_EQ(h[0].text, QStringLiteral("12.5"));
-  EXPECT_DOUBLE_EQ(h[0].at.x(), 760 - 76 * 4);
+  EXPECT_NEAR(h[0].at.x(), 760 - width, 0.01);
+  EXPECT_NEAR(RightOf(h[0]), 760, 0.01);
   std::vector<DrawnText> v = LabelTexts(1000, 400, "12.5", false, false);
   ASSERT_EQ(v.size(), 1u);
-  EXPECT_DOUBLE_EQ(v[0].at.x(), 1000 - 50 * 4);
+  EXPECT_NEAR(v[0].at.x(), 1000 - width / 2, 0.01);
+  QRectF box = ScaleLabelBox(TrendFont(8), 1000, 400, QStringLiteral("12.5"), false, false);
+  EXPECT_NEAR(box.center().x(), 1000, 0.01);
+  EXPECT_NEAR(box.width(), width, 0.01);
   std::vector<DrawnText> edge = LabelTexts(100, 400, "12.5", false, true);
   ASSERT_EQ(edge.size(), 1u);
   EXPECT_DOUBLE_EQ(edge[0].at.x(), 0);  // never left of the panel

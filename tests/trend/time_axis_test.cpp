@@ -205,16 +205,6 @@ TEST(OnScroll, ThumbDragAndMinAndGuards) {
   EXPECT_FALSE(OnScroll(view, info, 1, none, 10));
 }
 
-TEST(TimeScale, RealTimeIndexStopsAtItsLimits) {
-  TrendView view;
-  view.TimeScaleIndex = 3;
-  EXPECT_TRUE(StepTimeScale(view, true));
-  EXPECT_EQ(view.TimeScaleIndex, 2);
-  EXPECT_FALSE(StepTimeScale(view, true));
-  view.TimeScaleIndex = 14;
-  EXPECT_FALSE(StepTimeScale(view, false));
-}
-
 }  // namespace
 }  // namespace recscope
 

@@ -130,13 +130,6 @@ TEST(Zones, ResizeKeepsRelativePlaceAndAtLeast500) {
   EXPECT_EQ(small.height, 500);
 }
 
-TEST(Layout, HeightBelowMinimumOrWidthBelowMinimumSnapsBack) {
-  std::int32_t w = 5000, h = 3000;
-  ClampWindowSize(w, h);
-  EXPECT_EQ(w, 6400);
-  EXPECT_EQ(h, 4100);
-}
-
 TEST(Layout, PlotFollowsThePanelsInBothOrientations) {
   TrendLayout one = LayoutTrend(10000, 5500, 1, true);
   TrendLayout three = LayoutTrend(10000, 5500, 3, true);
