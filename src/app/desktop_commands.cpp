@@ -35,7 +35,7 @@ void OnTrend(MainWindow &window, const char *command, void (TrendWindow::*action
 }
 
 void RedrawAll(QMdiArea *mdi) {
-  for (TrendWindow *trend : TrendWindows(mdi)) trend->RedrawWholeView();
+  for (TrendWindow *trend : TrendWindows(mdi)) trend->Repaint();
 }
 
 }  // namespace
@@ -75,7 +75,7 @@ void ConnectDesktopCommands(MainWindow &window) {
   window.setCommandHandler("mnuViewTrendHori", [mdi] { SwitchTrendOrientation(mdi, true); });
   for (const char *command : {"mnuViewAlarm", "mnuViewMessage", "mnuViewFlag"})
     window.setCommandHandler(command, [mdi] {
-      if (TrendWindow *trend = CurrentTrendWindow(mdi)) trend->RedrawWholeView();
+      if (TrendWindow *trend = CurrentTrendWindow(mdi)) trend->Repaint();
     });
   for (const char *command :
        {"mnuViewdaysub1", "mnuViewdaysub2", "mnuviewdaysub3", "mnuViewdaysub4", "mnuViewdaysub5"})

@@ -98,7 +98,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
       view_.SlotValue[i] = value;
       view_.SelectedSlot = i;
       FillSlotTexts(view_);
-      RedrawWholeView();
+      Repaint();
     });
   }
 
@@ -107,7 +107,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
   connect(command1_, &QPushButton::clicked, this, [this] {
     view_.WaveMode = view_.WaveMode == 1 ? 2 : 1;
     command1_->setText(view_.WaveMode == 1 ? QStringLiteral("M") : QStringLiteral("A"));
-    RedrawWholeView();
+    Repaint();
   });
   auto grey = [this](QSpinBox *&box, const char *name, int start, std::string TrendView::*field,
                      int TrendView::*step) {
@@ -120,7 +120,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
       view_.*step = value;
       view_.*field = ColourText(GreyOfStep(value));
       view_.DisplaySaved = false;
-      RedrawWholeView();
+      Repaint();
     });
   };
   grey(upDown1_, "UpDown1", view_.GridGrey, &TrendView::GridColor, &TrendView::GridGrey);
@@ -141,18 +141,18 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
     for (std::size_t p = 0; p < group.ChannelOn.size(); ++p)
       if (group.ChannelNo[p] != 0) group.ChannelOn[p] = on ? -1 : 0;
     group.AllOn = on ? -1 : 0;
-    RedrawWholeView();
+    Repaint();
   });
   connect(chkSingle_, &QCheckBox::toggled, this, [this](bool on) {
     if (updating_) return;
     TrendGroup &group = view_.Group();
     if (group.AllOn != 0) {
-      RedrawWholeView();  // resets the box: it follows chkAll while that is set
+      Repaint();  // resets the box: it follows chkAll while that is set
       return;
     }
     int place = SlotToMember(group, view_.CurrentGroup, view_.SlotValue[0]);
     if (place > 0) group.ChannelOn[place - 1] = on ? -1 : 0;
-    RedrawWholeView();
+    Repaint();
   });
   SetTrendControlTips(*this);
 
@@ -206,6 +206,11 @@ void TrendWindow::RedrawWholeView() {
                       Shared().ProgramFolder, slot_);
     bar_ = SetScrollRange(view_, Shared().Slot(slot_).Record, Period(slot_));
   }
+  Repaint();
+  view_.Busy = 0;
+}
+
+void TrendWindow::Repaint() {
   updating_ = true;
   scroll_->setRange(bar_.Min, bar_.Max);
   scroll_->setSingleStep(bar_.SmallChange);
@@ -227,7 +232,6 @@ void TrendWindow::RedrawWholeView() {
   }
   picture_ = DrawTrendImage(Scene(), devicePixelRatioF(), &placed_);
   picture2_->update();
-  view_.Busy = 0;
 }
 
 void TrendWindow::ScrollTo(int value) {
@@ -276,7 +280,7 @@ void TrendWindow::openScaleEdit(int panel) {
   ScaleEditDialog dialog(Shared().Slot(slot_).Record, channelIndex, this);
   if (dialog.exec() != QDialog::Accepted) return;
   view_.DisplaySaved = false;
-  RedrawWholeView();
+  Repaint();
 }
 
 void TrendWindow::setScaleCount(int count) {

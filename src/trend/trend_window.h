@@ -48,7 +48,12 @@ class TrendWindow : public QWidget {
   void onTimeSet();
   void onBetweenCursors();
   void setScaleCount(int count);
+  // A new range: the level files are read again for it, then the picture is drawn.
   void RedrawWholeView();
+  // The same data drawn again, for what changes only the drawing (colours, wave
+  // mode, channels on and off, scale slots and ranges, marks, date format): no
+  // level file is read.
+  void Repaint();
   void selectGroup(int groupNo);
   // dlglenge for the member of scale panel Picture3(panel); an accepted edit
   // redraws the plot and the panels and leaves the display unsaved.

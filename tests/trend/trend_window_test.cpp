@@ -15,6 +15,7 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QWheelEvent>
+#include <algorithm>
 
 #include "../gui/gui_test_support.h"
 #include "shell/catalogue.h"
@@ -472,6 +473,42 @@ TEST_F(WindowFixture, SlotNumberIsNotHiddenByItsUpDownHorizontal) {
 
 TEST_F(WindowFixture, SlotNumberIsNotHiddenByItsUpDownVertical) {
   ExpectSlotNumberBesideItsUpDown(false);
+}
+
+}  // namespace
+}  // namespace recscope
+
+namespace recscope {
+namespace {
+
+// Removes the slot's level files: a redraw that read them again would find
+// nothing and fold zeros.
+void RemoveLevelFiles(const std::string &home) {
+  for (const auto &entry : std::filesystem::directory_iterator(home))
+    if (entry.path().extension() == ".OPL") std::filesystem::remove(entry.path());
+}
+
+// What changes only the drawing repaints from the reduced data in hand: the
+// colours, the wave mode, channels on and off and the scale slots.
+TEST_F(WindowFixture, DrawingChangesRepaintWithoutReadingTheLevelFiles) {
+  ShownWindow s;
+  const std::vector<std::int16_t> reduced = s.w.view().DispData;
+  ASSERT_FALSE(reduced.empty());
+  ASSERT_NE(std::count(reduced.begin(), reduced.end(), 0), static_cast<long>(reduced.size()));
+  RemoveLevelFiles(home.str());
+
+  s.child<QSpinBox>("UpDown1")->setValue(4);
+  s.child<QSpinBox>("UpDown2")->setValue(2);
+  s.child<QPushButton>("Command1")->click();
+  s.child<QCheckBox>("chkAll")->click();
+  s.child<QCheckBox>("chkAll")->click();
+  EXPECT_EQ(s.w.view().DispData, reduced);
+  EXPECT_EQ(s.w.view().WaveMode, 2);
+  EXPECT_GT(ChannelPixels(s.w), 0);
+
+  // A new range does read them: here it finds none and folds zeros.
+  s.w.onEnlarge();
+  EXPECT_NE(s.w.view().DispData, reduced);
 }
 
 }  // namespace
