@@ -5,9 +5,9 @@
 
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
-#include "shell/main_window.h"
+#include "shell/frame/main_window.h"
+#include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
-#include "shell/slot_windows.h"
 #include "trend/trend_window.h"
 
 namespace recscope {

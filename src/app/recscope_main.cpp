@@ -7,11 +7,11 @@
 
 #include "app/desktop_commands.h"
 #include "record/working_files.h"
+#include "shell/frame/main_window.h"
+#include "shell/frame/message_service.h"
+#include "shell/frame/single_instance.h"
 #include "shell/home_folder.h"
-#include "shell/main_window.h"
-#include "shell/message_service.h"
 #include "shell/shared_state.h"
-#include "shell/single_instance.h"
 
 int main(int argc, char *argv[]) {
   QApplication app(argc, argv);

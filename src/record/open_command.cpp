@@ -5,9 +5,9 @@
 #include <QWidget>
 
 #include "record/read_dialog.h"
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
+#include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
-#include "shell/slot_windows.h"
 
 namespace recscope {
 

@@ -7,7 +7,7 @@
 #include <QPushButton>
 
 #include "shell/catalogue.h"
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
 #include "trend/scale_edit.h"
 
 namespace recscope {

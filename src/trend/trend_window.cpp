@@ -14,7 +14,7 @@
 #include <QWheelEvent>
 
 #include "shell/catalogue.h"
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
 #include "trend/colour_table.h"
 #include "trend/display_reduction.h"

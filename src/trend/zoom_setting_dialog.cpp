@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
 
 namespace recscope {
 

@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "gui_test_support.h"
-#include "shell/single_instance.h"
+#include "shell/frame/single_instance.h"
 
 using namespace recscope;
 

@@ -1,4 +1,4 @@
-#include "shell/main_window.h"
+#include "shell/frame/main_window.h"
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -22,13 +22,13 @@
 #include "platform/text_encoding.h"
 #include "shell/catalogue.h"
 #include "shell/civil_time.h"
-#include "shell/control_tips.h"
+#include "shell/frame/control_tips.h"
+#include "shell/frame/window_place.h"
 #include "shell/ini_file.h"
 #include "shell/init_set.h"
 #include "shell/menu_state.h"
 #include "shell/settings.h"
 #include "shell/toolbar_table.h"
-#include "shell/window_place.h"
 
 using namespace recscope;
 using recscope::testing::GuiHome;

@@ -1,6 +1,6 @@
 // The one message service: a catalogue id with its placeholders and buttons
 // becomes a message box, or reaches the routine a test puts in its place.
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
 
 #include <gtest/gtest.h>
 #include <QAbstractButton>

@@ -14,9 +14,9 @@
 #include "record/read_dialog.h"
 #include "record_fixture.h"
 #include "shell/catalogue.h"
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
+#include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
-#include "shell/slot_windows.h"
 
 namespace recscope {
 namespace {

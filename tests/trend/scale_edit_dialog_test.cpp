@@ -11,7 +11,7 @@
 
 #include "../gui/gui_test_support.h"
 #include "shell/catalogue.h"
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
 #include "trend/trend_layout.h"
 #include "trend/trend_window.h"

@@ -12,8 +12,8 @@
 
 #include "../gui/gui_test_support.h"
 #include "app/desktop_commands.h"
-#include "shell/main_window.h"
-#include "shell/message_service.h"
+#include "shell/frame/main_window.h"
+#include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
 

@@ -19,9 +19,9 @@
 
 #include "../gui/gui_test_support.h"
 #include "shell/catalogue.h"
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
+#include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
-#include "shell/slot_windows.h"
 #include "trend/colour_table.h"
 #include "trend/trend_tooltips.h"
 #include "trend_fixture.h"

@@ -1,4 +1,4 @@
-#include "shell/message_service.h"
+#include "shell/frame/message_service.h"
 
 #include <QApplication>
 

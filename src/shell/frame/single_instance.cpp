@@ -1,4 +1,4 @@
-#include "shell/single_instance.h"
+#include "shell/frame/single_instance.h"
 
 #include <QCryptographicHash>
 #include <QDir>

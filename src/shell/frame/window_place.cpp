@@ -1,4 +1,4 @@
-#include "shell/window_place.h"
+#include "shell/frame/window_place.h"
 
 #include <QSettings>
 #include <optional>

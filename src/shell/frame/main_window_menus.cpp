@@ -7,8 +7,8 @@
 #include <QToolBar>
 
 #include "shell/catalogue.h"
-#include "shell/main_window.h"
-#include "shell/tool_icons.h"
+#include "shell/frame/main_window.h"
+#include "shell/frame/tool_icons.h"
 #include "shell/toolbar_table.h"
 
 namespace recscope {

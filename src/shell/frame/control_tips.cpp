@@ -1,4 +1,4 @@
-#include "shell/control_tips.h"
+#include "shell/frame/control_tips.h"
 
 namespace recscope {
 

@@ -1,4 +1,4 @@
-#include "shell/tool_icons.h"
+#include "shell/frame/tool_icons.h"
 
 #include <QPainter>
 #include <QPainterPath>

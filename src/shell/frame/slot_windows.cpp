@@ -1,4 +1,4 @@
-#include "shell/slot_windows.h"
+#include "shell/frame/slot_windows.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -6,7 +6,7 @@
 
 #include "record/open_record.h"
 #include "shell/catalogue.h"
-#include "shell/main_window.h"
+#include "shell/frame/main_window.h"
 #include "shell/menu_state.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"

@@ -1,4 +1,4 @@
-#include "shell/main_window.h"
+#include "shell/frame/main_window.h"
 
 #include <QAction>
 #include <QApplication>
@@ -20,15 +20,15 @@
 #include "record/open_record.h"
 #include "shell/catalogue.h"
 #include "shell/child_layout.h"
-#include "shell/control_tips.h"
+#include "shell/frame/control_tips.h"
 #include "shell/fetch_schedule_check.h"
 #include "shell/init_set.h"
 #include "shell/menu_state.h"
 #include "shell/settings.h"
 #include "shell/shared_state.h"
 #include "shell/toolbar_table.h"
-#include "shell/wait_dialog.h"
-#include "shell/window_place.h"
+#include "shell/frame/wait_dialog.h"
+#include "shell/frame/window_place.h"
 
 namespace recscope {
 

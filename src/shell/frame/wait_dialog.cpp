@@ -1,4 +1,4 @@
-#include "shell/wait_dialog.h"
+#include "shell/frame/wait_dialog.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
