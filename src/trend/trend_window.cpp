@@ -303,6 +303,7 @@ void TrendWindow::selectGroup(int groupNo) {
   updating_ = false;
   LayoutControls();
   RedrawWholeView();
+  emit groupChanged(slot_, groupNo);
 }
 
 void TrendWindow::keepFrom(const TrendView &old, std::int32_t oldPlotOrigin,

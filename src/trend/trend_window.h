@@ -64,6 +64,14 @@ class TrendWindow : public QWidget {
  signals:
   // The window has agreed to close (the operator did not cancel).
   void closed(int slot);
+  // A cursor was set, moved or removed. The instant value list goes to the
+  // cursor's record when `follow` is true; the between-cursors window recomputes.
+  void cursorsChanged(int slot, int cursorNo, bool follow);
+  // The operator chose another group tab: the slot's list windows select it too.
+  void groupChanged(int slot, int groupNo);
+  // An event search found a row (kind 0 alarm, 1 message, 2 flag; row 0-based in
+  // its list): the event list selects its tab and row.
+  void eventFound(int slot, int kind, int row);
 
  protected:
   void resizeEvent(QResizeEvent *event) override;

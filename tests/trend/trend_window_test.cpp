@@ -513,3 +513,22 @@ TEST_F(WindowFixture, DrawingChangesRepaintWithoutReadingTheLevelFiles) {
 
 }  // namespace
 }  // namespace recscope
+
+namespace recscope {
+namespace {
+
+// A tab chosen by the operator is told to the slot's list windows.
+TEST_F(WindowFixture, TabChangeTellsTheSlotsWindowsTheGroup) {
+  ShownWindow s;
+  std::vector<std::pair<int, int>> told;
+  QObject::connect(&s.w, &TrendWindow::groupChanged,
+                   [&told](int slot, int group) { told.emplace_back(slot, group); });
+  s.child<QTabBar>("TabStrip1")->setCurrentIndex(1);
+  ASSERT_EQ(told.size(), 1u);
+  EXPECT_EQ(told[0].first, 1);
+  EXPECT_EQ(told[0].second, s.w.view().CurrentGroup);
+  EXPECT_EQ(told[0].second, 2);
+}
+
+}  // namespace
+}  // namespace recscope
