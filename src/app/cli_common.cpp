@@ -1,5 +1,7 @@
 #include "app/cli_common.h"
 
+#include "app/program_home.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -30,8 +32,7 @@ int ReportCatalogueError(int id, const std::string &text) {
 
 void PrepareShell(const GlobalOptions &global) {
   SharedState &state = Shared();
-  state.ProgramFolder = ResolveHomeFolder(global.home, std::getenv("RECSCOPE_HOME"),
-                                          QCoreApplication::applicationDirPath().toStdString());
+  state.ProgramFolder = ProgramHome(global.home);
   StartSharedState(state, global.decimalChar);
   // Without --date-format the command uses the operator's choice in the settings.
   if (global.dateFormat > 0) state.DateFormatNo = static_cast<std::uint8_t>(global.dateFormat);

@@ -89,6 +89,8 @@ int main(int argc, char *argv[]) {
     qInstallMessageHandler(QuietQtMessages);
     int qtArgc = 1;
     QGuiApplication app(qtArgc, argv);
+    QCoreApplication::setApplicationName("Recscope");
+    QCoreApplication::setOrganizationName("Recscope");
     try {
       PrepareShell(global);
       return sub.run(global, rest);

@@ -87,8 +87,12 @@ int RunRender(const GlobalOptions &, const std::vector<std::string> &args) {
   TrendLayout layout;
   PrepareRenderView(request, view, layout);
   ReduceForLayout(request, view, layout);
-  QImage image = DrawTrendWindowImage(request, view, layout);
-  bool saved = image.save(QString::fromStdString(*out), "PNG");
+  // The same picture as an image, or as a drawing of lines and texts when the
+  // name asks for SVG.
+  const QString outName = QString::fromStdString(*out);
+  bool saved = outName.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive)
+                   ? WriteTrendWindowSvg(*out, request, view, layout)
+                   : DrawTrendWindowImage(request, view, layout).save(outName, "PNG");
 
   if (saved && frames > 0) {
     // Each frame steps the view on by a quarter page, as the scroll bar's arrow
@@ -123,12 +127,13 @@ int RunRender(const GlobalOptions &, const std::vector<std::string> &args) {
 }
 
 const Registration kRender(
-    {"render", "draw the trend of a record into a PNG",
-     "render FILE --out PNG [--width W] [--height H] [--group G]\n"
+    {"render", "draw the trend of a record into a PNG or SVG",
+     "render FILE --out PNG|SVG [--width W] [--height H] [--group G]\n"
      "       [--from T1] [--to T2] [--orientation hori|ver]\n"
      "       [--scales 1|2|3] [--cursor1 T] [--cursor2 T] [--mode M|A]\n"
      "       [--frames N]\n"
-     "Draws the trend window of the record at that size and state.\n"
+     "Draws the trend window of the record at that size and state, into a\n"
+     "PNG image, or into an SVG drawing when the name ends in .svg.\n"
      "Default 1000 x 550 pixels, the first group with members and the\n"
      "whole file, in the trend direction of the settings unless\n"
      "--orientation is given. --frames N draws N more frames, each a quarter page on,\n"

@@ -1,11 +1,13 @@
 // recscope: the desktop program.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QTimer>
 
 #include <cstdlib>
 
 #include "app/desktop_commands.h"
+#include "app/program_home.h"
 #include "record/working_files.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
@@ -17,6 +19,7 @@ int main(int argc, char *argv[]) {
   QApplication app(argc, argv);
   QApplication::setApplicationName("Recscope");
   QApplication::setOrganizationName("Recscope");
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/recscope.svg")));
 
   QCommandLineParser parser;
   parser.addHelpOption();
@@ -25,9 +28,7 @@ int main(int argc, char *argv[]) {
   parser.addPositionalArgument("FILE", "Record files to open.", "[FILE...]");
   parser.process(app);
 
-  const std::string home = recscope::ResolveHomeFolder(
-      parser.value(homeOption).toStdString(), std::getenv("RECSCOPE_HOME"),
-      QCoreApplication::applicationDirPath().toStdString());
+  const std::string home = recscope::ProgramHome(parser.value(homeOption).toStdString());
 
   // A program already running on this folder keeps it: return at once, silently.
   recscope::InstanceLock instance;

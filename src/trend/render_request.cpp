@@ -1,6 +1,7 @@
 #include "trend/render_request.h"
 
 #include <QPainter>
+#include <QSvgGenerator>
 #include <cmath>
 
 #include "trend/display_reduction.h"
@@ -56,13 +57,12 @@ void ReduceForLayout(const RenderRequest &request, TrendView &view, const TrendL
                     layout.TimeExtent(), state.ProgramFolder, request.slot);
 }
 
-QImage DrawTrendWindowImage(const RenderRequest &request, const TrendView &view,
-                            const TrendLayout &layout) {
+void PaintTrendWindow(QPainter &painter, const RenderRequest &request, const TrendView &view,
+                      const TrendLayout &layout) {
   TrendScene scene = SlotScene(*request.state, request.slot, view, layout);
-
-  QImage image(std::max(request.widthPx, 1), std::max(request.heightPx, 1), QImage::Format_RGB32);
-  image.fill(QColor(212, 208, 200));
-  QPainter painter(&image);
+  painter.fillRect(QRect(0, 0, std::max(request.widthPx, 1), std::max(request.heightPx, 1)),
+                   QColor(212, 208, 200));
+  painter.save();
   painter.scale(1.0 / kTwipsPerPixel, 1.0 / kTwipsPerPixel);
   // Tab captions along the top, the current one raised.
   painter.setFont(TrendFont(9));
@@ -82,7 +82,28 @@ QImage DrawTrendWindowImage(const RenderRequest &request, const TrendView &view,
   painter.translate(layout.Picture2.Left, layout.Picture2.Top);
   ClearTrendSurfaces(painter, scene);
   TrendDraw(painter, scene);
+  painter.restore();
+}
+
+QImage DrawTrendWindowImage(const RenderRequest &request, const TrendView &view,
+                            const TrendLayout &layout) {
+  QImage image(std::max(request.widthPx, 1), std::max(request.heightPx, 1), QImage::Format_RGB32);
+  QPainter painter(&image);
+  PaintTrendWindow(painter, request, view, layout);
   return image;
+}
+
+bool WriteTrendWindowSvg(const std::string &path, const RenderRequest &request,
+                         const TrendView &view, const TrendLayout &layout) {
+  QSvgGenerator svg;
+  svg.setFileName(QString::fromStdString(path));
+  svg.setSize(QSize(std::max(request.widthPx, 1), std::max(request.heightPx, 1)));
+  svg.setViewBox(QRect(0, 0, std::max(request.widthPx, 1), std::max(request.heightPx, 1)));
+  svg.setTitle(QStringLiteral("Recscope trend"));
+  QPainter painter;
+  if (!painter.begin(&svg)) return false;
+  PaintTrendWindow(painter, request, view, layout);
+  return painter.end();
 }
 
 QImage RenderTrendImage(const RenderRequest &request) {

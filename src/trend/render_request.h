@@ -4,6 +4,7 @@
 #include <QImage>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "shell/shared_state.h"
 #include "trend/trend_draw.h"
@@ -37,7 +38,14 @@ void PrepareRenderView(const RenderRequest &request, TrendView &view, TrendLayou
 // Reduction of the view's range for the layout's plot.
 void ReduceForLayout(const RenderRequest &request, TrendView &view, const TrendLayout &layout);
 
-// The window's picture: the tab captions and Picture2 with everything on it.
+// The window's picture, the tab captions and Picture2 with everything on it,
+// painted on any device whose units are pixels of the request's size.
+void PaintTrendWindow(QPainter &painter, const RenderRequest &request, const TrendView &view,
+                      const TrendLayout &layout);
+
+// The same into an image, and into an SVG file (false when it cannot be written).
+bool WriteTrendWindowSvg(const std::string &path, const RenderRequest &request,
+                         const TrendView &view, const TrendLayout &layout);
 QImage DrawTrendWindowImage(const RenderRequest &request, const TrendView &view,
                             const TrendLayout &layout);
 

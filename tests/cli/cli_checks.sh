@@ -51,6 +51,11 @@ empty_home; check "stats leaves no working files" $?
 check "render exits 0" $?
 head -c 8 "$work/t.png" | od -An -c | grep -q 'P   N   G'; check "render writes a PNG" $?
 grep -Eq '^frames: 3 median_ms: [0-9.]+ max_ms: [0-9.]+$' "$work/err"; check "render times its frames" $?
+"$cli" --home "$home" render "$samples/SHEAT01.FDT" --out "$work/t.SVG" --width 800 --height 450
+check "render to SVG exits 0" $?
+head -c 5 "$work/t.SVG" | grep -q '<?xml'; check "render writes an XML file for .SVG" $?
+grep -q 'viewBox="0 0 800 450"' "$work/t.SVG"; check "the SVG has the asked size" $?
+grep -q '2024/03/04' "$work/t.SVG"; check "the SVG holds the time labels as text" $?
 
 "$cli" --home "$home" render "$samples/SHEAT01.FDT" >/dev/null 2>&1
 [ $? = 1 ]; check "render without --out is a usage error" $?
