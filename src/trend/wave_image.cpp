@@ -1,0 +1,346 @@
+#include "trend/wave_image.h"
+
+#include <QImage>
+#include <QPaintEngine>
+#include <QRegion>
+#include <QTransform>
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+namespace recscope {
+
+namespace {
+
+// The painter's aliased one-pixel line, for a line that stays on one pixel
+// column or row of the device: positions are taken in 26.6 fixed point by
+// truncation, the square caps reach half a pixel past each end, and the pixels
+// lit are those whose fixed-point floor lies between the ends. A line whose two
+// points are equal is a single point at the rounded position.
+int To26Dot6(double v) { return static_cast<int>(v * 64.); }
+
+// A run of pixels along one lane (a pixel column when lanes are columns, else a
+// pixel row), ends included.
+struct Span {
+  int lane;
+  int from;
+  int to;
+};
+
+// A line that lights a run along a pixel column (lane x, rows from..to) or a
+// pixel row (lane y, columns from..to); a point is a run of one either way.
+struct Run {
+  int lane, from, to;
+  bool point;
+  QLine line;
+};
+
+// Any other line, and the box of pixels it may light: lanes lane0..lane1 and
+// positions along them from..to, ends included.
+struct Other {
+  int lane0, lane1, from, to;
+  QLine line;
+};
+
+struct ChannelWork {
+  std::vector<Run> columnRuns, rowRuns;
+  std::vector<Span> spans;       // runs along the lanes: written here
+  std::vector<Other> others;     // to the painter unless covered
+  std::vector<Span> pieces;      // the spans' pixels not covered by later channels
+  std::vector<QLine> survivors;  // the other lines that may still show
+  void Clear() {
+    columnRuns.clear();
+    rowRuns.clear();
+    spans.clear();
+    others.clear();
+    pieces.clear();
+    survivors.clear();
+  }
+};
+
+// Pixels certainly painted by the channels drawn so far (in reverse order): one
+// run per lane.
+struct Cover {
+  std::vector<int> lo, hi;
+  explicit Cover(int lanes)
+      : lo(static_cast<std::size_t>(lanes), 0), hi(static_cast<std::size_t>(lanes), -1) {}
+  int lanes() const { return static_cast<int>(lo.size()); }
+  void Add(const Span &s) {
+    if (s.lane < 0 || s.lane >= lanes()) return;
+    int &l = lo[static_cast<std::size_t>(s.lane)];
+    int &h = hi[static_cast<std::size_t>(s.lane)];
+    if (l > h) {
+      l = s.from;
+      h = s.to;
+    } else if (s.from <= h + 1 && s.to >= l - 1) {
+      l = std::min(l, s.from);
+      h = std::max(h, s.to);
+    } else if (s.to - s.from > h - l) {
+      l = s.from;
+      h = s.to;
+    }
+  }
+  bool Covers(const Other &r) const {
+    if (r.lane0 < 0 || r.lane1 >= lanes()) return false;
+    for (int lane = r.lane0; lane <= r.lane1; ++lane)
+      if (lo[static_cast<std::size_t>(lane)] > r.from || hi[static_cast<std::size_t>(lane)] < r.to)
+        return false;
+    return true;
+  }
+  // The parts of `s` outside this lane's run.
+  template <typename Out>
+  void Uncovered(const Span &s, Out out) const {
+    int l = 1, h = 0;
+    if (s.lane >= 0 && s.lane < lanes()) {
+      l = lo[static_cast<std::size_t>(s.lane)];
+      h = hi[static_cast<std::size_t>(s.lane)];
+    }
+    if (l > h || s.to < l || s.from > h) {
+      out(s);
+      return;
+    }
+    if (s.from < l) out(Span{s.lane, s.from, l - 1});
+    if (s.to > h) out(Span{s.lane, h + 1, s.to});
+  }
+};
+
+// The device rectangle the painter's clip lets through, found by letting the
+// painter fill a row and a column across it: the only way to be sure of how the
+// painter rounds a clip given in its own coordinates. The pixels it touches are
+// put back as they were.
+bool ProbeClip(QPainter &painter, QImage &image, QRect &clip) {
+  const int W = image.width(), H = image.height();
+  clip = QRect(0, 0, W, H);
+  if (!painter.hasClipping()) return true;
+  QRegion region = painter.clipRegion();
+  if (region.rectCount() != 1) return false;
+  const QTransform &t = painter.deviceTransform();
+  bool invertible = false;
+  QTransform back = t.inverted(&invertible);
+  if (!invertible) return false;
+  QRectF guess = t.mapRect(QRectF(region.boundingRect()));
+  const int row = std::clamp(static_cast<int>(guess.center().y()), 0, H - 1);
+  const int col = std::clamp(static_cast<int>(guess.center().x()), 0, W - 1);
+  const int r0 = std::max(0, row - 2), r1 = std::min(H - 1, row + 2);
+  const int c0 = std::max(0, col - 2), c1 = std::min(W - 1, col + 2);
+  uchar *bits = const_cast<uchar *>(image.constBits());
+  const qsizetype bpl = image.bytesPerLine();
+  auto px = [&](int x, int y) { return reinterpret_cast<quint32 *>(bits + y * bpl) + x; };
+
+  std::vector<quint32> rows(static_cast<std::size_t>(r1 - r0 + 1) * W);
+  std::vector<quint32> cols(static_cast<std::size_t>(c1 - c0 + 1) * H);
+  for (int y = r0; y <= r1; ++y) std::copy(px(0, y), px(0, y) + W, &rows[(y - r0) * W]);
+  for (int y = 0; y < H; ++y)
+    for (int x = c0; x <= c1; ++x) cols[(x - c0) * H + y] = *px(x, y);
+  for (int y = r0; y <= r1; ++y) std::fill(px(0, y), px(0, y) + W, 0u);
+  for (int y = 0; y < H; ++y)
+    for (int x = c0; x <= c1; ++x) *px(x, y) = 0u;
+
+  painter.save();
+  painter.setOpacity(1.0);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.fillRect(back.mapRect(QRectF(-4, row + 0.25, W + 8, 0.5)), QColor(0, 0, 0));
+  painter.fillRect(back.mapRect(QRectF(col + 0.25, -4, 0.5, H + 8)), QColor(0, 0, 0));
+  painter.restore();
+
+  auto run = [](auto value, int n, int &first, int &last) {
+    first = -1;
+    last = -2;
+    for (int i = 0; i < n; ++i) {
+      if (value(i) != 0xFF000000u) continue;
+      if (first < 0)
+        first = i;
+      else if (last != i - 1)
+        return false;  // two runs: not a rectangle
+      last = i;
+    }
+    return first >= 0;
+  };
+  int x0 = 0, x1 = 0, y0 = 0, y1 = 0;
+  bool ok = run([&](int i) { return *px(i, row); }, W, x0, x1) &&
+            run([&](int i) { return *px(col, i); }, H, y0, y1);
+
+  for (int y = r0; y <= r1; ++y) std::copy(&rows[(y - r0) * W], &rows[(y - r0) * W] + W, px(0, y));
+  for (int y = 0; y < H; ++y)
+    for (int x = c0; x <= c1; ++x) *px(x, y) = cols[(x - c0) * H + y];
+  if (!ok) return false;
+  clip = QRect(QPoint(x0, y0), QPoint(x1, y1));
+  return true;
+}
+
+}  // namespace
+
+bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
+                      WaveImageCounts *counts) {
+  WaveImageCounts tally;
+  if (counts) *counts = tally;
+  QPaintDevice *device = painter.device();
+  if (!device || device->devType() != QInternal::Image || !painter.paintEngine() ||
+      painter.paintEngine()->type() != QPaintEngine::Raster)
+    return false;
+  QImage &image = *static_cast<QImage *>(device);
+  if (image.format() != QImage::Format_RGB32 &&
+      image.format() != QImage::Format_ARGB32_Premultiplied)
+    return false;
+  // Shared pixel data would be copied on a write: the painter keeps drawing into
+  // the pixels it started with, so leave such an image to the painter.
+  if (!image.isDetached() || image.width() < 1 || image.height() < 1) return false;
+  const QTransform &t = painter.deviceTransform();
+  if (t.type() > QTransform::TxScale || t.m11() <= 0 || t.m22() <= 0) return false;
+  if (painter.testRenderHint(QPainter::Antialiasing) || painter.opacity() != 1.0 ||
+      painter.compositionMode() != QPainter::CompositionMode_SourceOver)
+    return false;
+  for (const WaveLines &ch : channels)
+    if (ch.colour.alpha() != 255) return false;
+  QRect clip;
+  if (!ProbeClip(painter, image, clip)) return false;
+  clip &= QRect(0, 0, image.width(), image.height());
+
+  const int W = image.width(), H = image.height();
+  // The painter leaves out lines beyond these bounds altogether and shortens the
+  // rest to them (device rectangle and a pixel more on each side).
+  const double xmin = -1, xmax = W + 1, ymin = -1, ymax = H + 1;
+
+  // First pass: each line in device fixed point, sorted into runs along a pixel
+  // column, runs along a pixel row, and any other line (with the box it may light).
+  const double m11 = t.m11(), m22 = t.m22(), dx = t.dx(), dy = t.dy();
+  // Kept from call to call: a redraw then finds its memory ready.
+  thread_local std::vector<ChannelWork> workspace;
+  if (workspace.size() < channels.size()) workspace.resize(channels.size());
+  long long columnCount = 0, rowCount = 0;
+  for (std::size_t c = 0; c < channels.size(); ++c) {
+    ChannelWork &w = workspace[c];
+    w.Clear();
+    const std::vector<QLine> &lines = channels[c].lines;
+    for (const QLine &line : lines) {
+      // As the painter maps a point with a scale-only transform.
+      double x1 = m11 * line.x1() + dx, y1 = m22 * line.y1() + dy;
+      double x2 = m11 * line.x2() + dx, y2 = m22 * line.y2() + dy;
+      // Far beyond the image the fixed-point forms below would overflow: leave
+      // such a picture to the painter.
+      constexpr double kFar = 1 << 20;
+      if (std::abs(x1) > kFar || std::abs(y1) > kFar || std::abs(x2) > kFar || std::abs(y2) > kFar)
+        return false;
+      if (line.p1() == line.p2()) {
+        const int x = qRound(x1), y = qRound(y1);
+        w.columnRuns.push_back({x, y, y, true, line});
+        continue;
+      }
+      if (x1 == x2 || y1 == y2) {
+        // Along an axis: the painter's shortening to its bounds only moves the
+        // ends along it.
+        if (x1 == x2) {
+          if ((x1 < xmin) || (x1 > xmax) || (y1 < ymin && y2 <= ymin) ||
+              (y1 > ymax && y2 >= ymax) || (y2 < ymin && y1 <= ymin) || (y2 > ymax && y1 >= ymax))
+            continue;
+          y1 = std::clamp(y1, ymin, ymax);
+          y2 = std::clamp(y2, ymin, ymax);
+        } else {
+          if ((y1 < ymin) || (y1 > ymax) || (x1 < xmin && x2 <= xmin) ||
+              (x1 > xmax && x2 >= xmax) || (x2 < xmin && x1 <= xmin) || (x2 > xmax && x1 >= xmax))
+            continue;
+          x1 = std::clamp(x1, xmin, xmax);
+          x2 = std::clamp(x2, xmin, xmax);
+        }
+      }
+      const int fx1 = To26Dot6(x1), fy1 = To26Dot6(y1), fx2 = To26Dot6(x2), fy2 = To26Dot6(y2);
+      if (fx1 == fx2 && fy1 == fy2) continue;  // nothing lit
+      if (fx1 == fx2 && x1 == x2) {
+        w.columnRuns.push_back(
+            {fx1 >> 6, std::min(fy1, fy2) >> 6, std::max(fy1, fy2) >> 6, false, line});
+      } else if (fy1 == fy2 && y1 == y2) {
+        w.rowRuns.push_back(
+            {fy1 >> 6, std::min(fx1, fx2) >> 6, std::max(fx1, fx2) >> 6, false, line});
+      } else {
+        // Other lines: the caps and the stepping stay within a pixel of the ends.
+        w.others.push_back({(std::min(fx1, fx2) >> 6) - 1, (std::max(fx1, fx2) >> 6) + 1,
+                            (std::min(fy1, fy2) >> 6) - 1, (std::max(fy1, fy2) >> 6) + 1, line});
+      }
+    }
+    columnCount += static_cast<long long>(w.columnRuns.size());
+    rowCount += static_cast<long long>(w.rowRuns.size());
+  }
+
+  // Lanes run the way most runs do: pixel columns for a horizontal trend, rows
+  // for a vertical one. Runs the other way join the other lines. Boxes are kept
+  // in the lanes' terms: lanes first, positions along them second.
+  const bool lanesAreColumns = columnCount >= rowCount;
+  const int laneCount = lanesAreColumns ? W : H;
+  const int clipLane0 = lanesAreColumns ? clip.left() : clip.top();
+  const int clipLane1 = lanesAreColumns ? clip.right() : clip.bottom();
+  const int clipFrom = lanesAreColumns ? clip.top() : clip.left();
+  const int clipTo = lanesAreColumns ? clip.bottom() : clip.right();
+  for (std::size_t c = 0; c < channels.size(); ++c) {
+    ChannelWork &w = workspace[c];
+    if (lanesAreColumns) {
+      for (const Run &r : w.columnRuns) w.spans.push_back({r.lane, r.from, r.to});
+      for (const Run &r : w.rowRuns) w.others.push_back({r.from, r.to, r.lane, r.lane, r.line});
+    } else {
+      for (Other &o : w.others) {
+        std::swap(o.lane0, o.from);
+        std::swap(o.lane1, o.to);
+      }
+      for (const Run &r : w.rowRuns) w.spans.push_back({r.lane, r.from, r.to});
+      for (const Run &r : w.columnRuns) {
+        if (r.point)
+          w.spans.push_back({r.from, r.lane, r.lane});
+        else
+          w.others.push_back({r.from, r.to, r.lane, r.lane, r.line});
+      }
+    }
+  }
+
+  // Second pass, last channel first: what of each channel can still show.
+  Cover cover(laneCount);
+  for (std::size_t k = channels.size(); k-- > 0;) {
+    ChannelWork &w = workspace[k];
+    for (const Span &s : w.spans) {
+      if (s.lane < clipLane0 || s.lane > clipLane1) continue;
+      cover.Uncovered(s, [&](Span piece) {
+        piece.from = std::max(piece.from, clipFrom);
+        piece.to = std::min(piece.to, clipTo);
+        if (piece.from <= piece.to) w.pieces.push_back(piece);
+      });
+    }
+    // A channel's own spans are its own colour: they may hide its other lines too.
+    for (const Span &s : w.spans) cover.Add(s);
+    for (const Other &o : w.others) {
+      if (cover.Covers(o)) {
+        ++tally.culled;
+        continue;
+      }
+      w.survivors.push_back(o.line);
+    }
+    tally.spans += static_cast<long long>(w.spans.size());
+  }
+
+  // Third pass, in drawing order: the pieces straight into the pixels, the
+  // survivors through the painter.
+  uchar *bits = const_cast<uchar *>(image.constBits());
+  const qsizetype bpl = image.bytesPerLine();
+  for (std::size_t c = 0; c < channels.size(); ++c) {
+    const ChannelWork &w = workspace[c];
+    const quint32 colour = 0xFF000000u | (channels[c].colour.rgb() & 0x00FFFFFFu);
+    for (const Span &p : w.pieces) {
+      tally.pixelsWritten += p.to - p.from + 1;
+      if (lanesAreColumns) {
+        uchar *at = bits + static_cast<qsizetype>(p.from) * bpl + p.lane * 4;
+        for (int y = p.from; y <= p.to; ++y, at += bpl) *reinterpret_cast<quint32 *>(at) = colour;
+      } else {
+        quint32 *row = reinterpret_cast<quint32 *>(bits + static_cast<qsizetype>(p.lane) * bpl);
+        std::fill(row + p.from, row + p.to + 1, colour);
+      }
+    }
+    if (!w.survivors.empty()) {
+      painter.setPen(QPen(channels[c].colour, 0));
+      painter.drawLines(w.survivors.data(), static_cast<int>(w.survivors.size()));
+      tally.painted += static_cast<long long>(w.survivors.size());
+    }
+  }
+  if (!channels.empty()) painter.setPen(QPen(channels.back().colour, 0));
+  if (counts) *counts = tally;
+  return true;
+}
+
+}  // namespace recscope
