@@ -32,8 +32,7 @@ struct Span {
 // pixel row (lane y, columns from..to); a point is a run of one either way.
 struct Run {
   int lane, from, to;
-  bool point;
-  QLine line;
+  int index;  // of the line in its channel; -1 for a point
 };
 
 // Any other line, and the box of pixels it may light: lanes lane0..lane1 and
@@ -104,6 +103,17 @@ struct Cover {
     if (s.to > h) out(Span{s.lane, h + 1, s.to});
   }
 };
+
+// Pixels of one colour down a pixel column, ends included.
+inline void WriteColumn(uchar *bits, qsizetype bpl, int x, int from, int to, quint32 colour) {
+  uchar *at = bits + static_cast<qsizetype>(from) * bpl + static_cast<qsizetype>(x) * 4;
+  for (int y = from; y <= to; ++y, at += bpl) *reinterpret_cast<quint32 *>(at) = colour;
+}
+
+// Column writes of a channel with at least this many pixels go a band of rows at
+// a time.
+constexpr long long kBandedPixels = 1 << 16;
+constexpr int kBandRows = 32;
 
 // The device rectangle the painter's clip lets through, found by letting the
 // painter fill a row and a column across it: the only way to be sure of how the
@@ -213,7 +223,8 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
     ChannelWork &w = workspace[c];
     w.Clear();
     const std::vector<QLine> &lines = channels[c].lines;
-    for (const QLine &line : lines) {
+    for (int index = 0; index < static_cast<int>(lines.size()); ++index) {
+      const QLine &line = lines[static_cast<std::size_t>(index)];
       // As the painter maps a point with a scale-only transform.
       double x1 = m11 * line.x1() + dx, y1 = m22 * line.y1() + dy;
       double x2 = m11 * line.x2() + dx, y2 = m22 * line.y2() + dy;
@@ -224,7 +235,7 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
         return false;
       if (line.p1() == line.p2()) {
         const int x = qRound(x1), y = qRound(y1);
-        w.columnRuns.push_back({x, y, y, true, line});
+        w.columnRuns.push_back({x, y, y, -1});
         continue;
       }
       if (x1 == x2 || y1 == y2) {
@@ -247,11 +258,9 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
       const int fx1 = To26Dot6(x1), fy1 = To26Dot6(y1), fx2 = To26Dot6(x2), fy2 = To26Dot6(y2);
       if (fx1 == fx2 && fy1 == fy2) continue;  // nothing lit
       if (fx1 == fx2 && x1 == x2) {
-        w.columnRuns.push_back(
-            {fx1 >> 6, std::min(fy1, fy2) >> 6, std::max(fy1, fy2) >> 6, false, line});
+        w.columnRuns.push_back({fx1 >> 6, std::min(fy1, fy2) >> 6, std::max(fy1, fy2) >> 6, index});
       } else if (fy1 == fy2 && y1 == y2) {
-        w.rowRuns.push_back(
-            {fy1 >> 6, std::min(fx1, fx2) >> 6, std::max(fx1, fx2) >> 6, false, line});
+        w.rowRuns.push_back({fy1 >> 6, std::min(fx1, fx2) >> 6, std::max(fx1, fx2) >> 6, index});
       } else {
         // Other lines: the caps and the stepping stay within a pixel of the ends.
         w.others.push_back({(std::min(fx1, fx2) >> 6) - 1, (std::max(fx1, fx2) >> 6) + 1,
@@ -275,7 +284,8 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
     ChannelWork &w = workspace[c];
     if (lanesAreColumns) {
       for (const Run &r : w.columnRuns) w.spans.push_back({r.lane, r.from, r.to});
-      for (const Run &r : w.rowRuns) w.others.push_back({r.from, r.to, r.lane, r.lane, r.line});
+      for (const Run &r : w.rowRuns)
+        w.others.push_back({r.from, r.to, r.lane, r.lane, channels[c].lines[r.index]});
     } else {
       for (Other &o : w.others) {
         std::swap(o.lane0, o.from);
@@ -283,10 +293,10 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
       }
       for (const Run &r : w.rowRuns) w.spans.push_back({r.lane, r.from, r.to});
       for (const Run &r : w.columnRuns) {
-        if (r.point)
+        if (r.index < 0)
           w.spans.push_back({r.from, r.lane, r.lane});
         else
-          w.others.push_back({r.from, r.to, r.lane, r.lane, r.line});
+          w.others.push_back({r.from, r.to, r.lane, r.lane, channels[c].lines[r.index]});
       }
     }
   }
@@ -322,14 +332,26 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
   for (std::size_t c = 0; c < channels.size(); ++c) {
     const ChannelWork &w = workspace[c];
     const quint32 colour = 0xFF000000u | (channels[c].colour.rgb() & 0x00FFFFFFu);
-    for (const Span &p : w.pieces) {
-      tally.pixelsWritten += p.to - p.from + 1;
-      if (lanesAreColumns) {
-        uchar *at = bits + static_cast<qsizetype>(p.from) * bpl + p.lane * 4;
-        for (int y = p.from; y <= p.to; ++y, at += bpl) *reinterpret_cast<quint32 *>(at) = colour;
-      } else {
+    long long pixels = 0;
+    for (const Span &p : w.pieces) pixels += p.to - p.from + 1;
+    tally.pixelsWritten += pixels;
+    if (!lanesAreColumns) {
+      for (const Span &p : w.pieces) {
         quint32 *row = reinterpret_cast<quint32 *>(bits + static_cast<qsizetype>(p.lane) * bpl);
         std::fill(row + p.from, row + p.to + 1, colour);
+      }
+    } else if (pixels < kBandedPixels) {
+      for (const Span &p : w.pieces) WriteColumn(bits, bpl, p.lane, p.from, p.to, colour);
+    } else {
+      // Many long columns: written a band of rows at a time, so that the pixels
+      // of neighbouring columns are written while their memory is at hand. The
+      // pieces of one channel do not overlap one another's colour.
+      for (int band = clip.top(); band <= clip.bottom(); band += kBandRows) {
+        const int bandEnd = std::min(band + kBandRows - 1, clip.bottom());
+        for (const Span &p : w.pieces) {
+          const int from = std::max(p.from, band), to = std::min(p.to, bandEnd);
+          if (from <= to) WriteColumn(bits, bpl, p.lane, from, to, colour);
+        }
       }
     }
     if (!w.survivors.empty()) {

@@ -300,18 +300,28 @@ TEST_P(WaveImageView, SamePixelsAsThePainter) {
   request.group = v.group;
   request.horizontal = v.horizontal;
   request.waveMode = v.waveMode;
-  request.devicePixelRatio = v.ratio;
   const RecordFileInfo &info = Data().state.RecordFiles[v.slot];
   if (v.pastEnd) {
     request.from = info.LastTime - 3000;
     request.to = info.LastTime + 3000;
   }
+  // At a device pixel ratio other than 1, Picture2 alone, as the window draws it
+  // for a high-density screen.
+  auto render = [&] {
+    if (v.ratio == 1.0) return RenderTrendImage(request);
+    TrendView view;
+    TrendLayout layout;
+    PrepareRenderView(request, view, layout);
+    ReduceForLayout(request, view, layout);
+    TrendScene scene = SlotScene(*request.state, request.slot, view, layout);
+    return DrawTrendImage(scene, v.ratio);
+  };
   SetWaveDrawPath(WaveDrawPath::Fastest);
-  QImage fast = RenderTrendImage(request);
+  QImage fast = render();
   const bool usedImage = LastWaveUsedImagePath();
   const WaveImageCounts counts = LastWaveImageCounts();
   SetWaveDrawPath(WaveDrawPath::Painter);
-  QImage plain = RenderTrendImage(request);
+  QImage plain = render();
   const bool plainUsedImage = LastWaveUsedImagePath();
   SetWaveDrawPath(WaveDrawPath::Fastest);
 
@@ -344,7 +354,8 @@ INSTANTIATE_TEST_SUITE_P(
                       ViewCase{"gentle_hori_A", 2, 1, true, 2, false, 1.0},
                       ViewCase{"noise10_past_end_hori_M", 1, 1, true, 1, true, 1.0},
                       ViewCase{"noise72_past_end_vert_M", 1, 9, false, 1, true, 1.0},
-                      ViewCase{"noise10_hori_M_ratio2", 1, 1, true, 1, false, 2.0}),
+                      ViewCase{"noise10_hori_M_ratio2", 1, 1, true, 1, false, 2.0},
+                      ViewCase{"noise72_vert_M_ratio1_5", 1, 9, false, 1, false, 1.5}),
     [](const ::testing::TestParamInfo<ViewCase> &info) { return std::string(info.param.name); });
 
 }  // namespace
