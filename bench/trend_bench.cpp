@@ -155,8 +155,11 @@ Records &Data() {
 // slot 1: 30M samples, slot 2: 3000. group 1: ten channels, 9: all 72.
 // zoomed: 2,400 samples of the short record and 500,000 of the long one, both
 // more samples than the plot has columns, so both pictures have a full set.
-void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed) {
+// `painter`: the channel lines all drawn by the painter, for comparison.
+void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed,
+                    bool painter = false) {
   App();
+  SetWaveDrawPath(painter ? WaveDrawPath::Painter : WaveDrawPath::Fastest);
   Records &data = Data();
   RenderRequest request;
   request.state = &data.state;
@@ -179,6 +182,7 @@ void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed) {
     QImage image = DrawTrendWindowImage(request, view, layout);
     benchmark::DoNotOptimize(image.constBits());
   }
+  SetWaveDrawPath(WaveDrawPath::Fastest);
 }
 
 // slot 3: 30M samples of noise. The whole file, and the last 500,000 samples
@@ -254,6 +258,12 @@ BENCHMARK_CAPTURE(BM_TrendRedraw, long_72ch_whole, 1, 9, false)->Unit(benchmark:
 BENCHMARK_CAPTURE(BM_TrendRedraw, short_72ch_whole, 2, 9, false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_TrendRedraw, long_72ch_zoomed, 1, 9, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_TrendRedraw, short_72ch_zoomed, 2, 9, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, painter_long_10ch_whole, 1, 1, false, true)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, painter_long_72ch_whole, 1, 9, false, true)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, painter_short_72ch_zoomed, 2, 9, true, true)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace recscope

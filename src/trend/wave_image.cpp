@@ -45,9 +45,9 @@ struct Other {
 struct ChannelWork {
   std::vector<Run> columnRuns, rowRuns;
   std::vector<Span> spans;       // runs along the lanes: written here
-  std::vector<Other> others;     // to the painter unless covered
+  std::vector<Other> others;     // lit unless covered
   std::vector<Span> pieces;      // the spans' pixels not covered by later channels
-  std::vector<QLine> survivors;  // the other lines that may still show
+  std::vector<QLine> survivors;  // the other lines that may still show: lit here
   void Clear() {
     columnRuns.clear();
     rowRuns.clear();
@@ -103,6 +103,102 @@ struct Cover {
     if (s.to > h) out(Span{s.lane, h + 1, s.to});
   }
 };
+
+// The painter's aliased one-pixel line between two device points, square caps,
+// lit pixel by pixel: the ends are first shortened to the bounds (xmin..xmax,
+// ymin..ymax) along the line, then taken in 26.6 fixed point; the line steps
+// along its longer axis, one pixel per step, half a pixel past each end, and the
+// other axis follows in 16.16 fixed point. Pixels outside `clip` are not lit.
+struct LineBounds {
+  double xmin, xmax, ymin, ymax;
+};
+
+// Shortens the line to the bounds; false when nothing of it is left.
+bool ClipLine(const LineBounds &b, double &x1, double &y1, double &x2, double &y2) {
+  if (x1 < b.xmin) {
+    if (x2 <= b.xmin) return false;
+    y1 += (y2 - y1) / (x2 - x1) * (b.xmin - x1);
+    x1 = b.xmin;
+  } else if (x1 > b.xmax) {
+    if (x2 >= b.xmax) return false;
+    y1 += (y2 - y1) / (x2 - x1) * (b.xmax - x1);
+    x1 = b.xmax;
+  }
+  if (x2 < b.xmin) {
+    y2 += (y2 - y1) / (x2 - x1) * (b.xmin - x2);
+    x2 = b.xmin;
+  } else if (x2 > b.xmax) {
+    y2 += (y2 - y1) / (x2 - x1) * (b.xmax - x2);
+    x2 = b.xmax;
+  }
+  if (y1 < b.ymin) {
+    if (y2 <= b.ymin) return false;
+    x1 += (x2 - x1) / (y2 - y1) * (b.ymin - y1);
+    y1 = b.ymin;
+  } else if (y1 > b.ymax) {
+    if (y2 >= b.ymax) return false;
+    x1 += (x2 - x1) / (y2 - y1) * (b.ymax - y1);
+    y1 = b.ymax;
+  }
+  if (y2 < b.ymin) {
+    x2 += (x2 - x1) / (y2 - y1) * (b.ymin - y2);
+    y2 = b.ymin;
+  } else if (y2 > b.ymax) {
+    x2 += (x2 - x1) / (y2 - y1) * (b.ymax - y2);
+    y2 = b.ymax;
+  }
+  return true;
+}
+
+std::int64_t FixedRatio(int a, int b) { return static_cast<std::int64_t>(a) * (1 << 16) / b; }
+
+template <typename Plot>
+void RasterLine(const LineBounds &bounds, double rx1, double ry1, double rx2, double ry2,
+                Plot plot) {
+  if (!ClipLine(bounds, rx1, ry1, rx2, ry2)) return;
+  int x1 = To26Dot6(rx1), y1 = To26Dot6(ry1), x2 = To26Dot6(rx2), y2 = To26Dot6(ry2);
+  const int dx = std::abs(x2 - x1), dy = std::abs(y2 - y1);
+  if (dx < dy) {
+    if (y1 > y2) {
+      std::swap(y1, y2);
+      std::swap(x1, x2);
+    }
+    const std::int64_t xinc = FixedRatio(x2 - x1, y2 - y1);
+    std::int64_t x = static_cast<std::int64_t>(x1) * (1 << 10);
+    y1 -= 32;
+    x -= xinc >> 1;
+    y2 += 32;
+    int y = (y1 + 32) >> 6;
+    const int ys = (y2 + 32) >> 6;
+    const int round = xinc > 0 ? 32 : 0;
+    if (y == ys) return;
+    x += ((static_cast<std::int64_t>(y) * 64 + round - y1) * xinc) >> 6;
+    do {
+      plot(static_cast<int>(x >> 16), y);
+      x += xinc;
+    } while (++y < ys);
+  } else {
+    if (!dx) return;
+    if (x1 > x2) {
+      std::swap(x1, x2);
+      std::swap(y1, y2);
+    }
+    const std::int64_t yinc = FixedRatio(y2 - y1, x2 - x1);
+    std::int64_t y = static_cast<std::int64_t>(y1) * (1 << 10);
+    x1 -= 32;
+    y -= yinc >> 1;
+    x2 += 32;
+    int x = (x1 + 32) >> 6;
+    const int xs = (x2 + 32) >> 6;
+    const int round = yinc > 0 ? 32 : 0;
+    if (x == xs) return;
+    y += ((static_cast<std::int64_t>(x) * 64 + round - x1) * yinc) >> 6;
+    do {
+      plot(x, static_cast<int>(y >> 16));
+      y += yinc;
+    } while (++x < xs);
+  }
+}
 
 // Pixels of one colour down a pixel column, ends included.
 inline void WriteColumn(uchar *bits, qsizetype bpl, int x, int from, int to, quint32 colour) {
@@ -211,6 +307,7 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
   // The painter leaves out lines beyond these bounds altogether and shortens the
   // rest to them (device rectangle and a pixel more on each side).
   const double xmin = -1, xmax = W + 1, ymin = -1, ymax = H + 1;
+  const LineBounds bounds{xmin, xmax, ymin, ymax};
 
   // First pass: each line in device fixed point, sorted into runs along a pixel
   // column, runs along a pixel row, and any other line (with the box it may light).
@@ -326,7 +423,7 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
   }
 
   // Third pass, in drawing order: the pieces straight into the pixels, the
-  // survivors through the painter.
+  // survivors lit pixel by pixel.
   uchar *bits = const_cast<uchar *>(image.constBits());
   const qsizetype bpl = image.bytesPerLine();
   for (std::size_t c = 0; c < channels.size(); ++c) {
@@ -354,11 +451,16 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
         }
       }
     }
-    if (!w.survivors.empty()) {
-      painter.setPen(QPen(channels[c].colour, 0));
-      painter.drawLines(w.survivors.data(), static_cast<int>(w.survivors.size()));
-      tally.painted += static_cast<long long>(w.survivors.size());
+    for (const QLine &line : w.survivors) {
+      RasterLine(bounds, m11 * line.x1() + dx, m22 * line.y1() + dy, m11 * line.x2() + dx,
+                 m22 * line.y2() + dy, [&](int x, int y) {
+                   if (x < clip.left() || x > clip.right() || y < clip.top() || y > clip.bottom())
+                     return;
+                   *(reinterpret_cast<quint32 *>(bits + static_cast<qsizetype>(y) * bpl) + x) =
+                       colour;
+                 });
     }
+    tally.lit += static_cast<long long>(w.survivors.size());
   }
   if (!channels.empty()) painter.setPen(QPen(channels.back().colour, 0));
   if (counts) *counts = tally;
