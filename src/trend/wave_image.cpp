@@ -442,7 +442,7 @@ bool DrawWavesOnImage(QPainter &painter, const std::vector<WaveLines> &channels,
     } else {
       // Many long columns: written a band of rows at a time, so that the pixels
       // of neighbouring columns are written while their memory is at hand. The
-      // pieces of one channel do not overlap one another's colour.
+      // pieces of a channel all have its colour, so their order does not matter.
       for (int band = clip.top(); band <= clip.bottom(); band += kBandRows) {
         const int bandEnd = std::min(band + kBandRows - 1, clip.bottom());
         for (const Span &p : w.pieces) {
