@@ -1,17 +1,22 @@
 // Redraw cost of the trend: ReduceDisplayData and TrendDraw into a 1920 x 1080
 // image, for a 10-channel group and the 72-channel tab, on the whole file and on
-// a zoomed span, for a record of 30,000,000 samples and one of 3,000.
+// a zoomed span, for a record of 30,000,000 samples and one of 3,000; and the
+// heaviest picture there is: a record of 30,000,000 samples of noise over the
+// whole scale, where every column of every channel is a full-height envelope.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
 #include <QGuiApplication>
+#include <chrono>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <vector>
 
 #include "shell/shared_state.h"
 #include "trend/render_request.h"
+#include "trend/wave_render.h"
 
 namespace recscope {
 namespace {
@@ -35,7 +40,25 @@ double Signal(double t, double records, int c) {
   return 500 + 400 * std::sin(2 * M_PI * (c % 5 + 2) * t / records + c);
 }
 
-void WriteLevels(const RecordFileInfo &info, const std::string &folder, int slot, int firstReal) {
+// Noise: every record an independent value spread evenly over 0 to 1000, the
+// scale's ends. A row of level k holds the minimum and maximum of 10^(k-1) such
+// records, drawn straight from their distributions: the minimum of n even values
+// on [0, 1] is 1 - u^(1/n) for an even u, the maximum u^(1/n).
+struct NoiseRows {
+  std::mt19937_64 engine{20240101};
+  std::uniform_real_distribution<double> even{0.0, 1.0};
+  std::int16_t Min(double n) {
+    return static_cast<std::int16_t>(std::floor(1001 * (1 - std::pow(even(engine), 1 / n))));
+  }
+  std::int16_t Max(double n) {
+    return static_cast<std::int16_t>(
+        std::min(1000.0, std::floor(1001 * std::pow(even(engine), 1 / n))));
+  }
+};
+
+void WriteLevels(const RecordFileInfo &info, const std::string &folder, int slot, int firstReal,
+                 bool noise = false) {
+  NoiseRows noiseRows;
   const int rowValues = 2 * kChannels;
   const double records = info.RecordCount;
   for (int k = 1; k <= info.TopLevel + 1; ++k) {
@@ -51,6 +74,16 @@ void WriteLevels(const RecordFileInfo &info, const std::string &folder, int slot
     std::int64_t per = static_cast<std::int64_t>(std::pow(10.0, k - 1));
     std::vector<std::int16_t> row(rowValues);
     for (std::int64_t r = 0; r < rows; ++r) {
+      if (noise) {
+        double n = static_cast<double>(std::min<std::int64_t>(per, info.RecordCount - r * per));
+        for (int c = 0; c < kChannels; ++c) {
+          std::int16_t lo = noiseRows.Min(n), hi = noiseRows.Max(n);
+          row[2 * c] = std::min(lo, hi);
+          row[2 * c + 1] = std::max(lo, hi);
+        }
+        out.write(reinterpret_cast<const char *>(row.data()), rowValues * 2);
+        continue;
+      }
       double t0 = static_cast<double>(r * per);
       double t1 = std::min(t0 + per - 1, records - 1);
       for (int c = 0; c < kChannels; ++c) {
@@ -105,9 +138,11 @@ struct Records {
     state.ProgramFolder = folder.string();
     state.Slot(1).Record = MakeRecord(30000000);
     state.Slot(2).Record = MakeRecord(3000);
-    state.Slot(1).SamplePeriod = state.Slot(2).SamplePeriod = 1;
+    state.Slot(3).Record = MakeRecord(30000000);
+    state.Slot(1).SamplePeriod = state.Slot(2).SamplePeriod = state.Slot(3).SamplePeriod = 1;
     WriteLevels(state.Slot(1).Record, folder.string(), 1, 3);
     WriteLevels(state.Slot(2).Record, folder.string(), 2, 1);
+    WriteLevels(state.Slot(3).Record, folder.string(), 3, 3, true);
   }
   ~Records() { std::filesystem::remove_all(folder); }
 };
@@ -120,8 +155,11 @@ Records &Data() {
 // slot 1: 30M samples, slot 2: 3000. group 1: ten channels, 9: all 72.
 // zoomed: 2,400 samples of the short record and 500,000 of the long one, both
 // more samples than the plot has columns, so both pictures have a full set.
-void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed) {
+// `painter`: the channel lines all drawn by the painter, for comparison.
+void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed,
+                    bool painter = false) {
   App();
+  SetWaveDrawPath(painter ? WaveDrawPath::Painter : WaveDrawPath::Fastest);
   Records &data = Data();
   RenderRequest request;
   request.state = &data.state;
@@ -144,7 +182,73 @@ void BM_TrendRedraw(benchmark::State &bench, int slot, int group, bool zoomed) {
     QImage image = DrawTrendWindowImage(request, view, layout);
     benchmark::DoNotOptimize(image.constBits());
   }
+  SetWaveDrawPath(WaveDrawPath::Fastest);
 }
+
+// slot 3: 30M samples of noise. The whole file, and the last 500,000 samples
+// (the far end, read from level 3).
+//
+// `painter`: the channel lines all drawn by the painter, as before they were
+// written into the image (the figures to compare with).
+void BM_NoiseRedraw(benchmark::State &bench, int group, bool farEnd, bool painter) {
+  App();
+  SetWaveDrawPath(painter ? WaveDrawPath::Painter : WaveDrawPath::Fastest);
+  Records &data = Data();
+  RenderRequest request;
+  request.state = &data.state;
+  request.slot = 3;
+  request.widthPx = 1920;
+  request.heightPx = 1080;
+  request.group = group;
+  const RecordFileInfo &info = data.state.Slot(3).Record;
+  if (farEnd) {
+    request.from = info.LastTime - 500000;
+    request.to = info.LastTime;
+  }
+  TrendView base;
+  TrendLayout layout;
+  PrepareRenderView(request, base, layout);
+  double reduceMs = 0, drawMs = 0;
+  for (auto _ : bench) {
+    TrendView view = base;
+    auto t0 = std::chrono::steady_clock::now();
+    ReduceForLayout(request, view, layout);
+    auto t1 = std::chrono::steady_clock::now();
+    QImage image = DrawTrendWindowImage(request, view, layout);
+    auto t2 = std::chrono::steady_clock::now();
+    benchmark::DoNotOptimize(image.constBits());
+    reduceMs += std::chrono::duration<double, std::milli>(t1 - t0).count();
+    drawMs += std::chrono::duration<double, std::milli>(t2 - t1).count();
+  }
+  bench.counters["reduce_ms"] = benchmark::Counter(reduceMs / bench.iterations());
+  bench.counters["draw_ms"] = benchmark::Counter(drawMs / bench.iterations());
+  SetWaveDrawPath(WaveDrawPath::Fastest);
+}
+
+BENCHMARK_CAPTURE(BM_NoiseRedraw, noise_10ch_whole, 1, false, false)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_NoiseRedraw, noise_10ch_far_end, 1, true, false)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_NoiseRedraw, noise_72ch_whole, 9, false, false)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_NoiseRedraw, noise_72ch_far_end, 9, true, false)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_NoiseRedraw, painter_noise_10ch_whole, 1, false, true)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_NoiseRedraw, painter_noise_10ch_far_end, 1, true, true)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_NoiseRedraw, painter_noise_72ch_whole, 9, false, true)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_NoiseRedraw, painter_noise_72ch_far_end, 9, true, true)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 BENCHMARK_CAPTURE(BM_TrendRedraw, long_10ch_whole, 1, 1, false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_TrendRedraw, short_10ch_whole, 2, 1, false)->Unit(benchmark::kMillisecond);
@@ -154,6 +258,12 @@ BENCHMARK_CAPTURE(BM_TrendRedraw, long_72ch_whole, 1, 9, false)->Unit(benchmark:
 BENCHMARK_CAPTURE(BM_TrendRedraw, short_72ch_whole, 2, 9, false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_TrendRedraw, long_72ch_zoomed, 1, 9, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_TrendRedraw, short_72ch_zoomed, 2, 9, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, painter_long_10ch_whole, 1, 1, false, true)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, painter_long_72ch_whole, 1, 9, false, true)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TrendRedraw, painter_short_72ch_zoomed, 2, 9, true, true)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace recscope

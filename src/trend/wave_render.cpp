@@ -1,6 +1,7 @@
 #include "trend/wave_render.h"
 
 #include <QLine>
+#include <atomic>
 #include <vector>
 
 #include "shell/rounding.h"
@@ -14,9 +15,19 @@ int ChannelOfPlace(const TrendScene &scene, int place) {
   return scene.view->Group().ChannelIndex[place - 1];
 }
 
+std::atomic<WaveDrawPath> drawPath{WaveDrawPath::Fastest};
+thread_local bool lastUsedImage = false;
+thread_local WaveImageCounts lastCounts;
+
+void DrawLines(QPainter &painter, const QColor &colour, const std::vector<QLine> &lines) {
+  painter.setPen(QPen(colour, 0));
+  painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+}
+
 }  // namespace
 
-void WaveDrawHori(QPainter &painter, const TrendScene &scene, int place) {
+void WaveLinesHori(const TrendScene &scene, int place, std::vector<QLine> &lines) {
+  lines.clear();
   const TrendView &view = *scene.view;
   const TrendGroup &group = view.Group();
   int channel = ChannelOfPlace(scene, place);
@@ -27,7 +38,6 @@ void WaveDrawHori(QPainter &painter, const TrendScene &scene, int place) {
   const int minRow = 2 * (channel - 1);
   const bool envelope = view.WaveMode == 1;
 
-  std::vector<QLine> lines;
   lines.reserve(static_cast<std::size_t>(view.DataColumnCount) * 2);
   int x0 = static_cast<int>(RoundToInt(-static_cast<double>(view.PlotShift)));
   int ya = WaveHeight(s, view.Disp(minRow, 0));
@@ -46,11 +56,10 @@ void WaveDrawHori(QPainter &painter, const TrendScene &scene, int place) {
     prevX = x;
     prevMid = mid;
   }
-  painter.setPen(QPen(ColourOfText(group.ChannelColor[place - 1]), 0));
-  painter.drawLines(lines.data(), static_cast<int>(lines.size()));
 }
 
-void WaveDrawVert(QPainter &painter, const TrendScene &scene, int place) {
+void WaveLinesVert(const TrendScene &scene, int place, std::vector<QLine> &lines) {
+  lines.clear();
   const TrendView &view = *scene.view;
   const TrendGroup &group = view.Group();
   int channel = ChannelOfPlace(scene, place);
@@ -70,7 +79,6 @@ void WaveDrawVert(QPainter &painter, const TrendScene &scene, int place) {
     return static_cast<int>(RoundToInt((xa + xb) / 2.0));
   };
 
-  std::vector<QLine> lines;
   lines.reserve(static_cast<std::size_t>(view.DataColumnCount) * 2);
   int y0 = static_cast<int>(RoundToInt(static_cast<double>(view.PlotSpan) - view.PlotShift));
   int xa = xOf(view.Disp(minRow, 0));
@@ -89,19 +97,49 @@ void WaveDrawVert(QPainter &painter, const TrendScene &scene, int place) {
     prevY = y;
     prevMid = mid;
   }
-  painter.setPen(QPen(ColourOfText(group.ChannelColor[place - 1]), 0));
-  painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+}
+
+void WaveDrawHori(QPainter &painter, const TrendScene &scene, int place) {
+  std::vector<QLine> lines;
+  WaveLinesHori(scene, place, lines);
+  if (lines.empty()) return;
+  DrawLines(painter, ColourOfText(scene.view->Group().ChannelColor[place - 1]), lines);
+}
+
+void WaveDrawVert(QPainter &painter, const TrendScene &scene, int place) {
+  std::vector<QLine> lines;
+  WaveLinesVert(scene, place, lines);
+  if (lines.empty()) return;
+  DrawLines(painter, ColourOfText(scene.view->Group().ChannelColor[place - 1]), lines);
 }
 
 void Wave(QPainter &painter, const TrendScene &scene) {
   const TrendGroup &group = scene.view->Group();
+  lastUsedImage = false;
+  lastCounts = WaveImageCounts();
+  std::vector<WaveLines> channels;
   for (int place = 1; place <= static_cast<int>(group.ChannelNo.size()); ++place) {
     if (group.ChannelNo[place - 1] == 0 || group.ChannelOn[place - 1] == 0) continue;
+    WaveLines wave;
     if (scene.layout.horizontal)
-      WaveDrawHori(painter, scene, place);
+      WaveLinesHori(scene, place, wave.lines);
     else
-      WaveDrawVert(painter, scene, place);
+      WaveLinesVert(scene, place, wave.lines);
+    if (wave.lines.empty()) continue;
+    wave.colour = ColourOfText(group.ChannelColor[place - 1]);
+    channels.push_back(std::move(wave));
   }
+  if (drawPath.load() == WaveDrawPath::Fastest && painter.device()->devType() == QInternal::Image &&
+      DrawWavesOnImage(painter, channels, &lastCounts)) {
+    lastUsedImage = true;
+    return;
+  }
+  for (const WaveLines &wave : channels) DrawLines(painter, wave.colour, wave.lines);
 }
+
+void SetWaveDrawPath(WaveDrawPath path) { drawPath.store(path); }
+WaveDrawPath CurrentWaveDrawPath() { return drawPath.load(); }
+bool LastWaveUsedImagePath() { return lastUsedImage; }
+WaveImageCounts LastWaveImageCounts() { return lastCounts; }
 
 }  // namespace recscope

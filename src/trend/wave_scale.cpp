@@ -49,23 +49,6 @@ WaveScale MakeWaveScale(const RecordFileInfo &info, int channelIndex, std::int32
   return s;
 }
 
-std::int32_t WaveHeight(const WaveScale &s, std::int32_t v) {
-  if (s.B >= s.A) {
-    if (v > s.vTop) return 0;
-    if (v < s.vBot) return s.Hmax;
-    return static_cast<std::int32_t>(RoundToInt((1.0 - (v - s.A) / s.span) * s.H + s.top));
-  }
-  if (v > s.vTop) return s.Hmax;
-  if (v < s.vBot) return 0;
-  return static_cast<std::int32_t>(RoundToInt(s.top + s.H - (1.0 - (v - s.B) / s.span) * s.H));
-}
-
-std::int32_t MidHeight(const WaveScale &s, std::int32_t ya, std::int32_t yb) {
-  if (ya == 0 || ya == s.Hmax) return ya;
-  if (yb == 0 || yb == s.Hmax) return yb;
-  return static_cast<std::int32_t>(RoundToInt((ya + yb) / 2.0));
-}
-
 std::int32_t ColumnPosition(std::int32_t plotSpan, std::int32_t pitch, std::int32_t columnCount,
                             std::int32_t i) {
   if (pitch <= 0 || columnCount <= 1) return 0;

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "record/record_file_info.h"
+#include "shell/rounding.h"
 
 namespace recscope {
 
@@ -26,12 +27,26 @@ void ScaleEnds(const RecordFileInfo &info, int channelIndex, double &A, double &
 WaveScale MakeWaveScale(const RecordFileInfo &info, int channelIndex, std::int32_t zoneTop,
                         std::int32_t zoneHeight, std::int32_t scaleHeight);
 
-// Height of a raw value, clamped to 0 and Hmax beyond the limits.
-std::int32_t WaveHeight(const WaveScale &scale, std::int32_t v);
+// Height of a raw value, clamped to 0 and Hmax beyond the limits. (Inline: a
+// redraw asks it twice per column of every channel.)
+inline std::int32_t WaveHeight(const WaveScale &s, std::int32_t v) {
+  if (s.B >= s.A) {
+    if (v > s.vTop) return 0;
+    if (v < s.vBot) return s.Hmax;
+    return static_cast<std::int32_t>(RoundToInt((1.0 - (v - s.A) / s.span) * s.H + s.top));
+  }
+  if (v > s.vTop) return s.Hmax;
+  if (v < s.vBot) return 0;
+  return static_cast<std::int32_t>(RoundToInt(s.top + s.H - (1.0 - (v - s.B) / s.span) * s.H));
+}
 
 // The point a column's connecting line goes through: a clipped end pulls it to
 // the edge, otherwise the middle of the column.
-std::int32_t MidHeight(const WaveScale &scale, std::int32_t ya, std::int32_t yb);
+inline std::int32_t MidHeight(const WaveScale &s, std::int32_t ya, std::int32_t yb) {
+  if (ya == 0 || ya == s.Hmax) return ya;
+  if (yb == 0 || yb == s.Hmax) return yb;
+  return static_cast<std::int32_t>(RoundToInt((ya + yb) / 2.0));
+}
 
 // x of column i (0-based, after the first) of a run: whole-number division places
 // it, so neighbours can be one or two pitches apart.
