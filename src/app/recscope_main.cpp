@@ -9,6 +9,7 @@
 #include "app/desktop_commands.h"
 #include "app/program_home.h"
 #include "record/working_files.h"
+#include "shell/frame/file_handoff.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/frame/single_instance.h"
@@ -30,9 +31,17 @@ int main(int argc, char *argv[]) {
 
   const std::string home = recscope::ProgramHome(parser.value(homeOption).toStdString());
 
-  // A program already running on this folder keeps it: return at once, silently.
+  QStringList files;
+  for (const QString &file : parser.positionalArguments())
+    files.append(QString::fromStdString(recscope::AbsolutePath(file.toStdString())));
+
+  // A program already running on this folder keeps it: a second start shows
+  // nothing and hands the files it was given to the first.
   recscope::InstanceLock instance;
-  if (!instance.acquire(QString::fromStdString(home))) return 0;
+  if (!instance.acquire(QString::fromStdString(home))) {
+    if (!files.isEmpty()) recscope::HandFilesToRunningProgram(QString::fromStdString(home), files);
+    return 0;
+  }
   // The lock proves that no other run uses this folder: working files found now
   // are what a run that did not end normally left behind.
   recscope::DeleteStaleWorkingFiles(home);
@@ -47,9 +56,7 @@ int main(int argc, char *argv[]) {
   window.load();
   window.show();
 
-  QStringList files;
-  for (const QString &file : parser.positionalArguments())
-    files.append(QString::fromStdString(recscope::AbsolutePath(file.toStdString())));
+  recscope::ListenForHandedFiles(QString::fromStdString(home), window);
   if (!files.isEmpty())
     QTimer::singleShot(0, &window, [&window, files] { window.openFiles(files); });
   return app.exec();

@@ -6,6 +6,7 @@
 
 #include "record/read_dialog.h"
 #include "shell/frame/message_service.h"
+#include "shell/frame/recent_files_menu.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
 
@@ -29,6 +30,7 @@ bool OpenRecordPath(QWidget *parent, QMdiArea *mdi, const QString &path, OpenOut
   }
   OpenSlotWindow(mdi, result.slot, SlotWindowKind::kTrend);
   ApplyMenuSet(frame);
+  RememberRecentFile(path);
   return true;
 }
 

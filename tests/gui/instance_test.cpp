@@ -139,3 +139,35 @@ TEST(ProgramStart, SecondStartLeavesTheWorkingFilesOfTheRunningProgram) {
   first.kill();
   first.waitForFinished();
 }
+
+// A record named to a second start opens in the program that runs: its slot 1
+// gets its working files, and the second start ends at once, showing nothing.
+TEST(ProgramStart, SecondStartHandsItsFilesToTheRunningProgram) {
+  recscope::testing::App();
+  QTemporaryDir home;
+  QTemporaryDir store;
+  const QString program = QStringLiteral(RECSCOPE_BINARY_DIR "/bin/recscope");
+  QProcess first;
+  first.setProcessEnvironment(ProgramEnvironment(store));
+  first.start(program, {"--home", home.path()});
+  ASSERT_TRUE(first.waitForStarted());
+  ASSERT_TRUE(WaitFor([&] { return QFile::exists(home.filePath("VIEWERCOM.INI")); }));
+  const QString level = home.filePath("Operation_1_1.OPL");
+  EXPECT_FALSE(QFile::exists(level));
+
+  QProcess second;
+  second.setProcessEnvironment(ProgramEnvironment(store));
+  QString sample = QStringLiteral(RECSCOPE_SOURCE_DIR "/samples/SHEAT01.FDT");
+  // The listener may come up a moment after the lock: try again until it takes them.
+  bool opened = false;
+  for (int attempt = 0; attempt < 20 && !opened; ++attempt) {
+    second.start(program, {"--home", home.path(), sample});
+    ASSERT_TRUE(second.waitForFinished(10000));
+    EXPECT_EQ(second.exitCode(), 0);
+    opened = WaitFor([&] { return QFile::exists(level); });
+  }
+  EXPECT_TRUE(opened);
+  EXPECT_EQ(first.state(), QProcess::Running);
+  first.kill();
+  first.waitForFinished();
+}

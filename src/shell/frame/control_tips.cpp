@@ -8,4 +8,11 @@ QString ControlTip(const QString &objectName) {
   return {};
 }
 
+QString ControlCaption(const QString &objectName) {
+  if (objectName == QLatin1String("mnuFileRecent"))
+    return QString::fromUtf8("最近開いたファイル(&R)");
+  if (objectName == QLatin1String("mnuViewFullScreen")) return QString::fromUtf8("全画面表示(&U)");
+  return {};
+}
+
 }  // namespace recscope

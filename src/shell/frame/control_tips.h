@@ -1,6 +1,6 @@
 #pragma once
-// Tool tips of the main window's controls that have no catalogue text of their
-// own, in the operator's language.
+// Texts of controls that have no catalogue text of their own (tool tips, and the
+// captions of the commands a desktop program adds), in the operator's language.
 #include <QString>
 
 namespace recscope {
@@ -8,5 +8,9 @@ namespace recscope {
 // The tip of a control by its objectName; an empty text for any other name.
 // sbAutoFetch: the automatic fetch status panel while it says "設定エラー".
 QString ControlTip(const QString &objectName);
+
+// The caption of such a control by its objectName: mnuFileRecent (the records
+// opened last), mnuViewFullScreen. An empty text for any other name.
+QString ControlCaption(const QString &objectName);
 
 }  // namespace recscope

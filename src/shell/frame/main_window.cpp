@@ -20,15 +20,15 @@
 #include "record/open_record.h"
 #include "shell/catalogue.h"
 #include "shell/child_layout.h"
-#include "shell/frame/control_tips.h"
 #include "shell/fetch_schedule_check.h"
+#include "shell/frame/control_tips.h"
+#include "shell/frame/wait_dialog.h"
+#include "shell/frame/window_place.h"
 #include "shell/init_set.h"
 #include "shell/menu_state.h"
 #include "shell/settings.h"
 #include "shell/shared_state.h"
 #include "shell/toolbar_table.h"
-#include "shell/frame/wait_dialog.h"
-#include "shell/frame/window_place.h"
 
 namespace recscope {
 
@@ -136,6 +136,11 @@ void MainWindow::runCommand(const QString &controlName) {
   if (controlName == "mnuWindowTileVertical") return tileWindows(true);
   if (controlName == "mnuWindowTileHorizontal") return tileWindows(false);
   if (controlName == "mnuHelpAbout") return showVersion();
+  if (controlName == "mnuViewFullScreen") {
+    setWindowState(windowState() ^ Qt::WindowFullScreen);
+    command("mnuViewFullScreen")->setChecked(isFullScreen());
+    return;
+  }
   if (controlName == "mnuFileClose") return closeActiveChild();
   if (controlName == "mnuFileExit") {
     close();

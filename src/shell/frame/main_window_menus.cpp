@@ -7,7 +7,9 @@
 #include <QToolBar>
 
 #include "shell/catalogue.h"
+#include "shell/frame/control_tips.h"
 #include "shell/frame/main_window.h"
+#include "shell/frame/recent_files_menu.h"
 #include "shell/frame/tool_icons.h"
 #include "shell/toolbar_table.h"
 
@@ -66,7 +68,13 @@ void MainWindow::buildMenus() {
   addCommand(file, "mnuFilePrint", 10507);
   addCommand(file, "mnuFileV", 10508);
   file->addSeparator();
+  InstallRecentFilesMenu(*this, file);
+  file->addSeparator();
   addCommand(file, "mnuFileExit", 10509);
+  // The keys every desktop program has, where the system gives its commands none.
+  command("mnuFileOpen")->setShortcut(QKeySequence::Open);
+  command("mnuFileClose")->setShortcut(QKeySequence::Close);
+  command("mnuFileExit")->setShortcut(QKeySequence::Quit);
 
   QMenu *comm = addMenu(nullptr, "mnuComm", 10510);
   addCommand(comm, "mnuCommRealTime", 19728);
@@ -117,6 +125,10 @@ void MainWindow::buildMenus() {
   addCommand(view, "mnuViewToolbar", 10531)->setCheckable(true);
   addHiddenCommand(view, "mnuViewSeach", 10532);
   addCommand(view, "mnuViewStatusBar", 10533)->setCheckable(true);
+  QAction *fullScreen = addCommand(view, "mnuViewFullScreen", 0);
+  fullScreen->setText(ControlCaption(QStringLiteral("mnuViewFullScreen")));
+  fullScreen->setCheckable(true);
+  fullScreen->setShortcut(QKeySequence::FullScreen);
   view->addSeparator();
   for (const char *toggle : {"mnuViewAlarm", "mnuViewMessage", "mnuViewFlag"}) {
     const int id = toggle == std::string_view("mnuViewAlarm")     ? 10534
