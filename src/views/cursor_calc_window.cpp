@@ -109,7 +109,7 @@ CursorCalcWindow::CursorCalcWindow(int slot, QWidget *parent) : QWidget(parent),
   layout->addLayout(labels);
   layout->addWidget(tabs_);
   layout->addWidget(table_, 1);
-  resize(760, 300);
+  resize(760, 360);
   CGroupChange(groups_.CurrentGroup);
 }
 
