@@ -9,6 +9,8 @@
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
+#include "views/cursor_calc_window.h"
+#include "views/event_list_window.h"
 
 namespace recscope {
 namespace {
@@ -36,6 +38,27 @@ void OnTrend(MainWindow &window, const char *command, void (TrendWindow::*action
 
 void RedrawAll(QMdiArea *mdi) {
   for (TrendWindow *trend : TrendWindows(mdi)) trend->Repaint();
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (auto *list = qobject_cast<EventListWindow *>(sub->widget())) list->Refill();
+}
+
+// The list window of the current slot opens, or comes to the front when it stands.
+void OpenSlotView(QMdiArea *mdi, SlotWindowKind kind) {
+  TrendWindow *trend = CurrentTrendWindow(mdi);
+  if (!trend) return;
+  if (QWidget *open = FindSlotWindow(mdi, trend->slot(), kind)) {
+    mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
+    return;
+  }
+  OpenSlotWindow(mdi, trend->slot(), kind);
+}
+
+// The copy commands act on the active list window, else on the current slot's.
+template <typename View>
+View *ActiveView(QMdiArea *mdi, SlotWindowKind kind) {
+  if (QMdiSubWindow *sub = mdi->activeSubWindow())
+    if (auto *view = qobject_cast<View *>(sub->widget())) return view;
+  return qobject_cast<View *>(FindSlotWindow(mdi, Shared().CurrentFile, kind));
 }
 
 }  // namespace
@@ -64,6 +87,21 @@ void ConnectDesktopCommands(MainWindow &window) {
   OnTrend(window, "mnuTimeO", &TrendWindow::onReduce);
   OnTrend(window, "mnuTimeSet", &TrendWindow::onTimeSet);
   OnTrend(window, "mnuBetweenC", &TrendWindow::onBetweenCursors);
+
+  window.setCommandHandler("mnuWindowAramu",
+                           [mdi] { OpenSlotView(mdi, SlotWindowKind::kEventList); });
+  window.setCommandHandler("mnuWindowBetweenC",
+                           [mdi] { OpenSlotView(mdi, SlotWindowKind::kCursorCalc); });
+  for (bool withTitle : {false, true}) {
+    window.setCommandHandler(withTitle ? "mnuCopyEventTi" : "mnuCopyEvent", [mdi, withTitle] {
+      if (auto *list = ActiveView<EventListWindow>(mdi, SlotWindowKind::kEventList))
+        list->EventMSFlexGrid1_copy(withTitle);
+    });
+    window.setCommandHandler(withTitle ? "mnuCopyMathTi" : "mnuCopyMath", [mdi, withTitle] {
+      if (auto *calc = ActiveView<CursorCalcWindow>(mdi, SlotWindowKind::kCursorCalc))
+        calc->MathMSFlexGrid1_copy(withTitle);
+    });
+  }
 
   // The frame has already kept the new value; the views follow it.
   const char *scaleCommands[3] = {"mnuView1Scale", "mnuView2Scale", "mnuView3Scale"};

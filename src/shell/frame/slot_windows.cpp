@@ -10,6 +10,9 @@
 #include "shell/menu_state.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
+#include "views/cursor_calc_window.h"
+#include "views/event_list.h"
+#include "views/event_list_window.h"
 
 namespace recscope {
 
@@ -25,8 +28,38 @@ QWidget *MakeWindow(int slot, SlotWindowKind kind) {
       trend->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
       return trend;
     }
+    case SlotWindowKind::kEventList:
+      Shared().Slot(slot).AlarmListOpen = -1;
+      return new EventListWindow(slot);
+    case SlotWindowKind::kCursorCalc:
+      Shared().Slot(slot).CursorCalcOpen = -1;
+      return new CursorCalcWindow(slot);
   }
   return nullptr;
+}
+
+bool IsKind(QWidget *window, SlotWindowKind kind) {
+  switch (kind) {
+    case SlotWindowKind::kTrend:
+      return qobject_cast<TrendWindow *>(window) != nullptr;
+    case SlotWindowKind::kEventList:
+      return qobject_cast<EventListWindow *>(window) != nullptr;
+    case SlotWindowKind::kCursorCalc:
+      return qobject_cast<CursorCalcWindow *>(window) != nullptr;
+  }
+  return false;
+}
+
+// The slot's list windows follow its trend window (at their open, and after the
+// trend is rebuilt in the other orientation).
+void AttachSlotViews(QMdiArea *mdi, int slot) {
+  auto *trend = static_cast<TrendWindow *>(FindSlotWindow(mdi, slot, SlotWindowKind::kTrend));
+  if (auto *list =
+          static_cast<EventListWindow *>(FindSlotWindow(mdi, slot, SlotWindowKind::kEventList)))
+    list->attachTrend(trend);
+  if (auto *calc =
+          static_cast<CursorCalcWindow *>(FindSlotWindow(mdi, slot, SlotWindowKind::kCursorCalc)))
+    calc->attachTrend(trend);
 }
 
 // What the operator's close of the window does to its slot.
@@ -36,15 +69,36 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
       QPointer<QMdiArea> area(mdi);
       QObject::connect(static_cast<TrendWindow *>(window), &TrendWindow::closed, window,
                        [area, slot] {
+                         // The trend owns the slot: its other windows close with it.
+                         for (auto kind : {SlotWindowKind::kEventList, SlotWindowKind::kCursorCalc})
+                           if (QWidget *view = FindSlotWindow(area, slot, kind))
+                             view->parentWidget()->close();
                          CloseRecordSlot(Shared(), slot);
                          ApplyMenuSet(area);
                        });
       return;
     }
+    case SlotWindowKind::kEventList:
+      QObject::connect(window, &QObject::destroyed,
+                       [slot] { Shared().Slot(slot).AlarmListOpen = 0; });
+      return;
+    case SlotWindowKind::kCursorCalc:
+      QObject::connect(window, &QObject::destroyed,
+                       [slot] { Shared().Slot(slot).CursorCalcOpen = 0; });
+      return;
   }
 }
 
 }  // namespace
+
+QWidget *FindSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
+  if (!mdi) return nullptr;
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (sub->widget() && IsKind(sub->widget(), kind) &&
+        sub->widget()->property("slot").toInt() == slot)
+      return sub->widget();
+  return nullptr;
+}
 
 QString SlotWindowCaption(int slot, SlotWindowKind kind) {
   switch (kind) {
@@ -54,6 +108,11 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind) {
                  GetMessageText(kTrendCaption, "@FileNumber@", number.toStdString())) +
              "[" + QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
     }
+    case SlotWindowKind::kEventList:
+      return QString::fromStdString(EventListCaption(slot, Shared().Slot(slot).Record.FilePath));
+    case SlotWindowKind::kCursorCalc:
+      return QStringLiteral("%1:").arg(slot, 2, 10, QLatin1Char('0')) +
+             QString::fromStdString(Shared().Slot(slot).Record.FilePath);
   }
   return {};
 }
@@ -74,6 +133,7 @@ QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
   } else {
     window->show();
   }
+  AttachSlotViews(mdi, slot);
   return window;
 }
 

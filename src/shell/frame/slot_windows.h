@@ -11,10 +11,12 @@ class QWidget;
 namespace recscope {
 
 // The kinds of window a slot has. The trend window owns the slot: closing it
-// frees the slot. (The instant value list, the event list and the between-cursors
-// window join as they are built.)
+// frees the slot and closes the slot's other windows. (The instant value list
+// joins as it is built.)
 enum class SlotWindowKind {
   kTrend,
+  kEventList,   // frmEventlist: AlarmListOpen is -1 while it stands
+  kCursorCalc,  // CurData: CursorCalcOpen is -1 while it stands
 };
 
 // Caption of a slot's window of `kind`: for the trend, message 19500 with the
@@ -27,6 +29,9 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind = SlotWindowKind::kTrend
 // trend window the slot is freed (arrays, InUse, working files, open count) and
 // the menu set is applied.
 QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind = SlotWindowKind::kTrend);
+
+// The window of `kind` of `slot` in the MDI area, or nullptr.
+QWidget *FindSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind);
 
 // Rebuilds every open trend window in the other form through OpenSlotWindow,
 // keeping cursors, groups and the saved flag. The slot is not freed and no save
