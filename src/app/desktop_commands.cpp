@@ -6,6 +6,7 @@
 #include "record/open_command.h"
 #include "record/open_record.h"
 #include "record/open_select_dialog.h"
+#include "record/record_output_commands.h"
 #include "shell/main_window.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
@@ -65,6 +66,11 @@ void ConnectDesktopCommands(MainWindow &window) {
   window.setOpenFilesHandler(openPaths);
   window.setCommandHandler("mnuFileOpen", [frame, mdi] {
     OpenSelectDialog::ShowModal(mdi, frame);
+    frame->UpdateMainMenus();
+  });
+
+  window.setCommandHandler("mnuFileChange", [frame] {
+    RunMeasurementCsv(frame, Shared().CurrentFile);
     frame->UpdateMainMenus();
   });
 

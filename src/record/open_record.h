@@ -35,6 +35,13 @@ bool IsRecordFileName(const std::string &path);
 OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
                            const ProgressFn &progress = {});
 
+// Reads and checks a record family as the open does (name test, companions,
+// encoding, read steps, alarm and flag files) into `slot`, without taking a slot of
+// the shared state and without making working files: for the commands that read
+// the record file itself. Returns 0 when the record is valid, otherwise the
+// catalogue id of the refusal (the slot is then cleared).
+int ReadRecordFamily(const SharedState &state, const std::string &path, RecordSlot &slot);
+
 // What closing a trend window does to its slot: arrays erased, InUse 0, working
 // files deleted, one open file fewer.
 void CloseRecordSlot(SharedState &state, int slot);

@@ -47,6 +47,63 @@ check "stats exits 0" $?
 grep -q '"DataNum":25920' "$work/stats.json"; check "stats over the whole file" $?
 empty_home; check "stats leaves no working files" $?
 
+mkdir -p "$work/csv" "$work/csvc"
+cp "$samples"/SHEAT01.FDT "$samples"/AHEAT01.FDT "$work/csv/"
+cp "$samples"/SHEAT01.FDT "$work/csvc/"
+"$cli" --home "$home" csv "$work/csv/SHEAT01.FDT" >"$work/csvout" 2>"$work/err"
+check "csv exits 0" $?
+[ "$(cat "$work/csvout")" = "$work/csv/SHEAT01.CSV
+$work/csv/AHEAT01.CSV" ]; check "csv names the two files" $?
+empty_home; check "csv leaves no working files" $?
+python3 - "$work/csv/SHEAT01.CSV" "$work/csv/AHEAT01.CSV" ',' '.' <<'PY'
+import csv, sys, re
+path, alarm, sep, dec = sys.argv[1:5]
+with open(path, encoding="cp932", newline="") as f:
+    rows = list(csv.reader(f, delimiter=sep))
+assert rows[0][0].startswith("SHEAT01.FDT"), rows[0]
+assert rows[3][:4] == ["12", "04", "08", "03"] and rows[3][4].strip() == "04", rows[3]
+assert [r[0] for r in rows[4:16]] == ["CH%02d" % n for n in range(1, 13)]
+assert [r[0] for r in rows[16:19]] == ["DI01", "DI02", "DI03"]
+assert [r[0] for r in rows[19:23]] == ["G1", "G2", "G3", "G4"]
+assert rows[23][1:3] == ["CH01MIN", "CH01MAX"] and rows[23][-1] == "DI03PV "
+# With digital inputs the rows run on in one line: 14 fields a record.
+assert len(rows) == 25, len(rows)
+data = rows[24]
+assert len(data) == 25920 * 14 + 1 and data[-1] == "", len(data)
+time = re.compile(r"^\d{4}/[1-9]\d?/[1-9]\d? \d\d:\d\d:\d\d$")
+for i in range(0, len(data) - 1, 14):
+    assert time.match(data[i]), data[i]
+    for v in data[i + 1:i + 14]:
+        assert len(v) >= 7, v
+        if "E" not in v:
+            float(v.replace(dec, "."))
+with open(alarm, encoding="cp932", newline="") as f:
+    events = list(csv.reader(f, delimiter=sep))[3:]
+assert events and all(e[1] in ("A", "M") for e in events), events[:3]
+PY
+check "csv files read back with the csv module" $?
+before=$(md5sum <"$work/csv/SHEAT01.CSV")
+"$cli" --home "$home" csv "$work/csv/SHEAT01.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && [ "$(cat "$work/err")" = "error 11130: ファイルが既に存在します。" ]
+check "csv over existing files exits 2 with 11130" $?
+[ "$(md5sum <"$work/csv/SHEAT01.CSV")" = "$before" ]; check "csv refused touches nothing" $?
+"$cli" --home "$home" --decimal-char , csv "$work/csvc/SHEAT01.FDT" >/dev/null
+check "csv with a decimal comma exits 0" $?
+python3 - "$work/csvc/SHEAT01.CSV" <<'PY'
+import csv, sys
+with open(sys.argv[1], encoding="cp932", newline="") as f:
+    rows = list(csv.reader(f, delimiter=";"))
+assert rows[4][5] == "    0,0" and rows[4][6] == " 1200,0", rows[4]
+assert float(rows[24][1].replace(",", ".")) > 0
+PY
+check "decimal comma gives ';' between fields and ',' in values" $?
+[ ! -e "$work/csvc/AHEAT01.CSV" ] && [ "$(ls "$work/csvc" | wc -l)" = 2 ]
+check "a record without alarm file gives one CSV" $?
+printf 'garbage' >"$work/csv/SBAD.FDT"
+"$cli" --home "$home" csv "$work/csv/SBAD.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11190: ' "$work/err" && [ ! -e "$work/csv/SBAD.CSV" ]
+check "csv of a broken record is refused and writes nothing" $?
+
 "$cli" --home "$home" render "$samples/SHEAT01.FDT" --out "$work/t.png" --frames 3 2>"$work/err"
 check "render exits 0" $?
 head -c 8 "$work/t.png" | od -An -c | grep -q 'P   N   G'; check "render writes a PNG" $?
