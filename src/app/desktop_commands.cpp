@@ -74,6 +74,12 @@ void ConnectDesktopCommands(MainWindow &window) {
     frame->UpdateMainMenus();
   });
 
+  window.setCommandHandler("mnuFileSaveas", [frame, mdi] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi))
+      RunSaveAs(frame, trend->slot(), trend->view().DisplayStart, trend->view().DisplayEnd);
+    frame->UpdateMainMenus();
+  });
+
   OnTrend(window, "mnuTimeAll", &TrendWindow::onTimeAll);
   OnTrend(window, "mnuTimeI", &TrendWindow::onEnlarge);
   OnTrend(window, "mnuTimeO", &TrendWindow::onReduce);

@@ -475,7 +475,7 @@ CsvOutcome ConvertMeasurementCsv(const RecordFileInfo &info, const AlarmFileInfo
   const std::string alarmTemp = plan.AlarmCsv.empty() ? std::string() : outputs.Add(plan.AlarmCsv);
   bool ok = WriteMeasurementParts(info, format, plan, temps, progress);
   if (ok && !plan.AlarmCsv.empty()) ok = WriteAlarmCsv(info, alarms, format, alarmTemp);
-  if (ok) ok = outputs.Publish(false);
+  if (ok) ok = outputs.Publish();
   if (!ok) {
     outputs.Discard();
     outcome.MessageId = kCsvFailed;

@@ -86,8 +86,9 @@ OutputSet::~OutputSet() {
   if (!published_) Discard();
 }
 
-std::string OutputSet::Add(const std::string &target) {
+std::string OutputSet::Add(const std::string &target, bool replace) {
   targets_.push_back(target);
+  replace_.push_back(replace);
   temporaries_.push_back(TemporaryNameFor(target, temporaries_.size()));
   return temporaries_.back();
 }
@@ -96,10 +97,10 @@ void OutputSet::Discard() {
   for (const std::string &t : temporaries_) std::remove(t.c_str());
 }
 
-bool OutputSet::Publish(bool replace) {
+bool OutputSet::Publish() {
   std::size_t done = 0;
   for (; done < targets_.size(); ++done)
-    if (!MoveInto(temporaries_[done], targets_[done], replace)) break;
+    if (!MoveInto(temporaries_[done], targets_[done], replace_[done])) break;
   if (done == targets_.size()) {
     published_ = true;
     return true;

@@ -44,12 +44,13 @@ class OutputFile {
 class OutputSet {
  public:
   ~OutputSet();
-  // The temporary name for `target` (the target is remembered in order).
-  std::string Add(const std::string &target);
-  // Renames all temporaries to their targets. With `replace` false an existing
-  // target is never overwritten (the publish fails). False when any rename failed:
-  // then no target of this set is left and the temporaries are gone.
-  bool Publish(bool replace);
+  // The temporary name for `target` (the target is remembered in order). With
+  // `replace` an existing target is overwritten on publishing; without it an
+  // existing target makes the publish fail.
+  std::string Add(const std::string &target, bool replace = false);
+  // Renames all temporaries to their targets. False when any rename failed: then
+  // the targets this set had already made are removed and the temporaries are gone.
+  bool Publish();
   // Deletes every temporary (and nothing else).
   void Discard();
   const std::vector<std::string> &Targets() const { return targets_; }
@@ -57,6 +58,7 @@ class OutputSet {
  private:
   std::vector<std::string> targets_;
   std::vector<std::string> temporaries_;
+  std::vector<bool> replace_;
   bool published_ = false;
 };
 

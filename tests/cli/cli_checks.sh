@@ -104,6 +104,46 @@ printf 'garbage' >"$work/csv/SBAD.FDT"
 [ $? = 2 ] && grep -q '^error 11190: ' "$work/err" && [ ! -e "$work/csv/SBAD.CSV" ]
 check "csv of a broken record is refused and writes nothing" $?
 
+mkdir -p "$work/save"
+cp "$samples"/SHEAT01.FDT "$samples"/AHEAT01.FDT "$work/save/"
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from "2024/03/05 00:00:00" \
+  --to "2024/03/05 00:00:50" --out "$work/save/sday5.fdt" >"$work/saveout" 2>"$work/err"
+check "saveas exits 0" $?
+[ "$(cat "$work/saveout")" = "$work/save/sday5.fdt
+$work/save/Aday5.fdt" ]; check "saveas names the record and its alarm file" $?
+"$cli" --home "$home" info "$work/save/sday5.fdt" >"$work/saveinfo" 2>/dev/null
+grep -q '"RecordCount": 6' "$work/saveinfo"; check "the saved range opens with its 6 records" $?
+python3 - "$samples/SHEAT01.FDT" "$work/save/sday5.fdt" <<'PY'
+import json, subprocess, sys
+src, out = open(sys.argv[1], "rb").read(), open(sys.argv[2], "rb").read()
+# Header region of the binary record: 108 + 56 A + 24 D + 26 G + 2; 12 channels, 3 DI, 4 groups.
+start = 108 + 56 * 12 + 24 * 3 + 26 * 4 + 2
+length = (len(src) - start) // 25920
+first = (1709596800 - 1709539200) // 10  # 2024/03/05 00:00:00 from 2024/03/04 08:00:00
+assert out == src[:start] + src[start + first * length:start + (first + 6) * length]
+PY
+check "saveas copies header and range byte for byte" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY6.FDT" >/dev/null 2>"$work/err"
+[ $? = 0 ]; check "saveas takes times in seconds" $?
+cp "$work/save/Aday5.fdt" "$work/save/ADAY7.FDT"
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY7.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11185: ' "$work/err" && [ ! -e "$work/save/SDAY7.FDT" ]
+check "saveas over an alarm file without --yes exits 2 with 11185" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY7.FDT" --yes >/dev/null 2>"$work/err"
+[ $? = 0 ] && [ -e "$work/save/SDAY7.FDT" ]; check "saveas --yes overwrites the alarm file" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY7.FDT" --yes >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11181: ' "$work/err"; check "saveas over a record exits 2 with 11181" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/XDAY8.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11180: ' "$work/err"; check "saveas with a wrong name exits 2 with 11180" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --out "$work/save/SDAY9.FDT" >/dev/null 2>&1
+[ $? = 1 ]; check "saveas without a range is a usage error" $?
+empty_home; check "saveas leaves no working files" $?
+
 "$cli" --home "$home" render "$samples/SHEAT01.FDT" --out "$work/t.png" --frames 3 2>"$work/err"
 check "render exits 0" $?
 head -c 8 "$work/t.png" | od -An -c | grep -q 'P   N   G'; check "render writes a PNG" $?

@@ -1,11 +1,14 @@
 // The record output commands the whole way through the main window: the menu
 // action, the progress dialog, the files and the message, the menus after.
 #include <gtest/gtest.h>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -13,6 +16,7 @@
 #include "app/desktop_commands.h"
 #include "gui_test_support.h"
 #include "record/record_output_commands.h"
+#include "record/save_filename_dialog.h"
 #include "shell/main_window.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
@@ -105,6 +109,96 @@ TEST_F(RecordOutputs, CsvOfARecordCutShortSaysFailedAndLeavesNoFile) {
   EXPECT_FALSE(std::filesystem::exists(records + "/SHEAT01.CSV"));
   EXPECT_FALSE(std::filesystem::exists(records + "/AHEAT01.CSV"));
   EXPECT_EQ(Shared().MenuState, 1);
+}
+
+TEST_F(RecordOutputs, SaveAsMenuCommandSavesTheShownRangeWithItsAlarms) {
+  OpenSample();
+  window.runCommand("mnuTimeI");  // a narrower view than the whole file
+  auto *trend = qobject_cast<TrendWindow *>(window.mdiArea()->subWindowList().front()->widget());
+  ASSERT_NE(trend, nullptr);
+  const std::int32_t t0 = trend->view().DisplayStart;
+  const std::int32_t t1 = trend->view().DisplayEnd;
+  const RecordFileInfo &info = Shared().Slot(1).Record;
+  ASSERT_GT(t0, info.FirstTime - 1);
+  ASSERT_LT(t1, info.LastTime);
+  const std::string target = records + "/SPART.FDT";
+  SetSaveNameAsker([&](QWidget *) { return QString::fromStdString(target); });
+  QAction *saveas = window.command("mnuFileSaveas");
+  ASSERT_TRUE(saveas->isEnabled());
+  WatchProgressDialog();
+  saveas->trigger();
+  EXPECT_EQ(dialogTitle, QString::fromUtf8("ファイル書き込み中"));
+  ASSERT_EQ(messages, std::vector<int>{11184});
+  EXPECT_EQ(texts.front(), QString::fromUtf8("作成完了"));
+
+  // The header region and the records t0..t1, byte for byte.
+  const std::string source = ReadAll(records + "/SHEAT01.FDT");
+  const std::int64_t first = (t0 - info.FirstTime) / 10;
+  const std::int64_t count = (t1 - t0) / 10 + 1;
+  const std::string expected =
+      source.substr(0, static_cast<std::size_t>(info.DataStart)) +
+      source.substr(static_cast<std::size_t>(info.DataStart + first * info.RecordLength),
+                    static_cast<std::size_t>(count * info.RecordLength));
+  EXPECT_TRUE(ReadAll(target) == expected);
+  // The alarm file: its header and the events of the range (each 38 bytes).
+  const std::string alarmSource = ReadAll(records + "/AHEAT01.FDT");
+  std::string alarmExpected = alarmSource.substr(0, 104);
+  for (std::size_t at = 104; at + 38 <= alarmSource.size(); at += 38) {
+    std::int32_t time;
+    std::memcpy(&time, alarmSource.data() + at, 4);
+    if (time >= t0 && time <= t1) alarmExpected += alarmSource.substr(at, 38);
+  }
+  EXPECT_GT(alarmExpected.size(), 104u + 38u);  // the range holds events
+  EXPECT_TRUE(ReadAll(records + "/APART.FDT") == alarmExpected);
+  EXPECT_EQ(Shared().MenuState, 1);
+  EXPECT_TRUE(saveas->isEnabled());
+
+  // Again: the record exists.
+  saveas->trigger();
+  EXPECT_EQ(messages, (std::vector<int>{11184, 11181}));
+  // Another name whose alarm file exists: asked, and No ends the command.
+  std::filesystem::copy_file(records + "/APART.FDT", records + "/APART2.FDT");
+  SetSaveNameAsker([&](QWidget *) { return QString::fromStdString(records + "/SPART2.FDT"); });
+  answer = QMessageBox::No;
+  saveas->trigger();
+  EXPECT_EQ(messages, (std::vector<int>{11184, 11181, 11185}));
+  EXPECT_TRUE(texts.back().contains("APART2.FDT"));
+  EXPECT_FALSE(std::filesystem::exists(records + "/SPART2.FDT"));
+  // A name that fails the test.
+  SetSaveNameAsker([&](QWidget *) { return QString::fromStdString(records + "/XPART.FDT"); });
+  saveas->trigger();
+  EXPECT_EQ(messages.back(), 11180);
+}
+
+TEST_F(RecordOutputs, SaveFileNameDialogAsksThenTestsTheText) {
+  SaveFileNameDialog dialog(QString::fromStdString(records));
+  EXPECT_EQ(dialog.objectName(), "dlgSavefilename");
+  auto *text = dialog.findChild<QLineEdit *>("txtFileName");
+  auto *ok = dialog.findChild<QPushButton *>("cmdOK");
+  ASSERT_TRUE(text && ok);
+  EXPECT_EQ(dialog.findChild<QPushButton *>("cmdCancel")->text(), QString::fromUtf8("キャンセル"));
+  dialog.show();
+  text->setText("HEAT01");
+  answer = QMessageBox::No;  // No stays in the dialog, nothing is tested
+  ok->click();
+  EXPECT_EQ(messages, std::vector<int>{18500});
+  EXPECT_TRUE(dialog.isVisible());
+  answer = QMessageBox::Yes;
+  ok->click();  // SHEAT01.FDT and AHEAT01.FDT are there
+  EXPECT_EQ(messages, (std::vector<int>{18500, 18500, 18501}));
+  text->setText("TOOLONG");
+  ok->click();
+  EXPECT_EQ(messages.back(), 18502);
+  text->setText("A_B");
+  ok->click();
+  EXPECT_EQ(messages.back(), 18503);
+  EXPECT_TRUE(dialog.isVisible());
+  text->setText("NEW1");
+  ok->click();
+  EXPECT_EQ(messages.back(), 18500);
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(dialog.RecordPath(), QString::fromStdString(records + "/SNEW1.FDT"));
+  EXPECT_EQ(dialog.AlarmPath(), QString::fromStdString(records + "/ANEW1.FDT"));
 }
 
 }  // namespace
