@@ -7,6 +7,7 @@
 #include "record/open_record.h"
 #include "record/open_select_dialog.h"
 #include "record/record_output_commands.h"
+#include "record/registry_dialogs.h"
 #include "shell/main_window.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
@@ -65,7 +66,10 @@ void ConnectDesktopCommands(MainWindow &window) {
   };
   window.setOpenFilesHandler(openPaths);
   window.setCommandHandler("mnuFileOpen", [frame, mdi] {
-    OpenSelectDialog::ShowModal(mdi, frame);
+    OpenSelectDialog *choice = OpenSelectDialog::ShowModal(mdi, frame);
+    choice->SetRegistryOpener([frame, mdi] {
+      GroupManagerDialog::ShowForProgramFolder(mdi, frame, [frame] { frame->UpdateMainMenus(); });
+    });
     frame->UpdateMainMenus();
   });
 

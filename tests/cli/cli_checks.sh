@@ -144,6 +144,41 @@ check "saveas over an alarm file without --yes exits 2 with 11185" $?
 [ $? = 1 ]; check "saveas without a range is a usage error" $?
 empty_home; check "saveas leaves no working files" $?
 
+reg=$work/reghome
+mkdir -p "$reg"
+"$cli" --home "$reg" registry list >"$work/reglist"
+[ $? = 0 ] && [ ! -s "$work/reglist" ] && [ -f "$reg/ViewerFile.txt" ]
+check "registry list on a new home makes an empty ViewerFile.txt" $?
+"$cli" --home "$reg" registry add-group "熱処理炉" && "$cli" --home "$reg" registry add-group second &&
+  "$cli" --home "$reg" registry add-file 1 "$samples/SHEAT01.FDT" "3日間" &&
+  "$cli" --home "$reg" registry add-file "熱処理炉" "$samples/text/SHEAT01.FDT" &&
+  "$cli" --home "$reg" registry move 1 2 up && "$cli" --home "$reg" registry move second up
+check "registry changes exit 0" $?
+printf '001\tsecond\n002\t熱処理炉\n002001\tSHEAT01.FDT\t%s\n002002\t3日間\t%s\n' \
+  "$samples/text/SHEAT01.FDT" "$samples/SHEAT01.FDT" >"$work/regwant"
+"$cli" --home "$reg" registry list | cmp -s - "$work/regwant"; check "registry list shows the groups and files" $?
+python3 - "$reg/ViewerFile.txt" <<'PY'
+import sys
+data = open(sys.argv[1], "rb").read()
+lines = data.split(b"\r\n")
+assert lines[0] == b"V,100" and lines[1] == b"G,second", lines[:2]
+assert lines[2] == "G,熱処理炉".encode("cp932"), lines[2]
+assert lines[3].startswith(b"F,SHEAT01.FDT" + b" " * 53 + b","), lines[3]
+assert lines[4][2:66] == "3日間".encode("cp932").ljust(64), lines[4]
+assert lines[5] == b"" and len(lines) == 6
+PY
+check "ViewerFile.txt is code page 932 with names padded to 64 bytes" $?
+"$cli" --home "$reg" registry add-group "" 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 41056: ' "$work/err"; check "registry refuses an empty group name" $?
+"$cli" --home "$reg" registry add-group "$(printf '炉%.0s' $(seq 65))" 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 41059: ' "$work/err"; check "registry refuses a name of 130 bytes" $?
+for n in $(seq 3 30); do "$cli" --home "$reg" registry add-group "g$n" || break; done
+"$cli" --home "$reg" registry add-group g31 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 41050: ' "$work/err"; check "registry refuses the 31st group" $?
+"$cli" --home "$reg" registry delete "熱処理炉" && [ -f "$samples/SHEAT01.FDT" ]
+check "registry delete keeps the record files" $?
+[ "$("$cli" --home "$reg" registry list | grep -c $'^[0-9]*\t')" = 29 ]; check "registry has 29 groups left" $?
+
 "$cli" --home "$home" render "$samples/SHEAT01.FDT" --out "$work/t.png" --frames 3 2>"$work/err"
 check "render exits 0" $?
 head -c 8 "$work/t.png" | od -An -c | grep -q 'P   N   G'; check "render writes a PNG" $?

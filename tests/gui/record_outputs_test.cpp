@@ -6,6 +6,7 @@
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTimer>
 
 #include <cstring>
@@ -16,6 +17,8 @@
 #include "app/desktop_commands.h"
 #include "gui_test_support.h"
 #include "record/record_output_commands.h"
+#include "record/record_registry.h"
+#include "record/registry_dialogs.h"
 #include "record/save_filename_dialog.h"
 #include "shell/main_window.h"
 #include "shell/shared_state.h"
@@ -199,6 +202,149 @@ TEST_F(RecordOutputs, SaveFileNameDialogAsksThenTestsTheText) {
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
   EXPECT_EQ(dialog.RecordPath(), QString::fromStdString(records + "/SNEW1.FDT"));
   EXPECT_EQ(dialog.AlarmPath(), QString::fromStdString(records + "/ANEW1.FDT"));
+}
+
+template <typename T>
+T *TopLevel(const char *name) {
+  for (QWidget *w : QApplication::topLevelWidgets())
+    if (w->objectName() == name && w->isVisible())
+      if (auto *found = qobject_cast<T *>(w)) return found;
+  for (QWidget *w : QApplication::allWidgets())
+    if (w->objectName() == name && w->isVisible())
+      if (auto *found = qobject_cast<T *>(w)) return found;
+  return nullptr;
+}
+
+void Click(QWidget *dialog, const char *button) {
+  auto *b = dialog->findChild<QPushButton *>(button);
+  ASSERT_NE(b, nullptr) << button;
+  b->click();
+  QCoreApplication::processEvents();
+}
+
+// Fills and confirms the frmFileAdd that is open.
+void FillEntry(const QString &name, const QString &address = {}) {
+  auto *add = TopLevel<FileAddDialog>("frmFileAdd");
+  ASSERT_NE(add, nullptr);
+  add->findChild<QLineEdit *>("txtName")->setText(name);
+  if (auto *a = add->findChild<QLineEdit *>("txtAddress")) a->setText(address);
+  Click(add, "cmdOK");
+}
+
+TEST_F(RecordOutputs, RegistryFromTheOpenChoiceToAnOpenedRecord) {
+  window.command("mnuFileOpen")->trigger();
+  QCoreApplication::processEvents();
+  QDialog *choice = TopLevel<QDialog>("frmOpenSelect");
+  ASSERT_NE(choice, nullptr);
+  Click(choice, "cmdRecord");
+  auto *groups = TopLevel<GroupManagerDialog>("frmGroupManager");
+  ASSERT_NE(groups, nullptr);
+  EXPECT_EQ(groups->windowTitle(), QString::fromUtf8("管理グループ選択"));
+  EXPECT_TRUE(std::filesystem::exists(home.folder() + "/ViewerFile.txt"));
+
+  // A new group; an empty name is refused first and the window stays.
+  Click(groups, "cmdAdd");
+  auto *add = TopLevel<FileAddDialog>("frmFileAdd");
+  ASSERT_NE(add, nullptr);
+  EXPECT_EQ(add->windowTitle(), QString::fromUtf8("管理グループの新規登録"));
+  FillEntry("");
+  EXPECT_EQ(messages, std::vector<int>{41056});
+  FillEntry(QString::fromUtf8("熱処理炉"));
+  ASSERT_EQ(groups->grid()->rowCount(), 1);
+  EXPECT_EQ(groups->grid()->item(0, 0)->text(), "001");
+  EXPECT_EQ(groups->grid()->item(0, 1)->text(), QString::fromUtf8("熱処理炉"));
+
+  // Its file manager: a file entry that is missing on the disk, then the sample.
+  emit groups->grid()->cellDoubleClicked(0, 1);
+  QCoreApplication::processEvents();
+  auto *files = TopLevel<FileManagerDialog>("frmFileManager");
+  ASSERT_NE(files, nullptr);
+  Click(files, "cmdAdd");
+  FillEntry("gone", QString::fromStdString(records + "/SGONE.FDT"));
+  Click(files, "cmdAdd");
+  SetRegistryFileChooser(
+      [&](QWidget *) { return QString::fromStdString(records + "/SHEAT01.FDT"); });
+  auto *fileAdd = TopLevel<FileAddDialog>("frmFileAdd");
+  ASSERT_NE(fileAdd, nullptr);
+  Click(fileAdd, "cmdFile");
+  EXPECT_EQ(fileAdd->findChild<QLineEdit *>("txtAddress")->text(),
+            QString::fromStdString(records + "/SHEAT01.FDT"));
+  fileAdd->findChild<QLineEdit *>("txtName")->setText(QString::fromUtf8("3日間"));
+  Click(fileAdd, "cmdOK");
+  ASSERT_EQ(files->grid()->rowCount(), 2);
+  EXPECT_EQ(files->grid()->item(1, 0)->text(), "001002");
+
+  // The file on the disk holds what the window shows.
+  Registry saved;
+  ASSERT_EQ(ReadRegistry(home.folder() + "/ViewerFile.txt", saved), 0);
+  ASSERT_EQ(saved.Groups.size(), 1u);
+  ASSERT_EQ(saved.Groups[0].Files.size(), 2u);
+  EXPECT_EQ(saved.Groups[0].Files[1].Name, "3日間");
+
+  // Up on the second row: it becomes the first and stays selected.
+  files->grid()->selectRow(1);
+  Click(files, "cmdUp");
+  EXPECT_EQ(files->grid()->currentRow(), 0);
+  EXPECT_EQ(files->grid()->item(0, 1)->text(), QString::fromUtf8("3日間"));
+
+  // The missing file says so and nothing opens.
+  emit files->grid()->cellDoubleClicked(1, 1);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(messages.back(), 41061);
+  EXPECT_TRUE(window.mdiArea()->subWindowList().isEmpty());
+
+  // The sample opens: both managers are gone and the menus are those of a record.
+  emit files->grid()->cellDoubleClicked(0, 1);
+  QCoreApplication::processEvents();
+  QCoreApplication::processEvents();
+  ASSERT_EQ(window.mdiArea()->subWindowList().size(), 1);
+  EXPECT_EQ(Shared().Slot(1).Record.FilePath, records + "/SHEAT01.FDT");
+  EXPECT_EQ(TopLevel<FileManagerDialog>("frmFileManager"), nullptr);
+  EXPECT_EQ(TopLevel<GroupManagerDialog>("frmGroupManager"), nullptr);
+  EXPECT_EQ(Shared().MenuState, 1);
+  EXPECT_TRUE(window.command("mnuFileChange")->isEnabled());
+}
+
+TEST_F(RecordOutputs, RegistryGroupDeleteAsksAndKeepsTheRecordFiles) {
+  Registry registry;
+  AddRegistryGroup(registry, "one");
+  AddRegistryGroup(registry, "two");
+  AddRegistryFile(registry, 0, "heat", records + "/SHEAT01.FDT");
+  ASSERT_TRUE(WriteRegistry(home.folder() + "/ViewerFile.txt", registry));
+  auto *groups = GroupManagerDialog::ShowForProgramFolder(window.mdiArea(), &window);
+  ASSERT_NE(groups, nullptr);
+  ASSERT_EQ(groups->grid()->rowCount(), 2);
+  groups->grid()->selectRow(0);
+  answer = QMessageBox::No;
+  Click(groups, "cmdDelete");
+  EXPECT_EQ(messages, std::vector<int>{41051});
+  EXPECT_EQ(texts.back(),
+            QString::fromUtf8("管理グループの登録情報を抹消しますか？\n"
+                              "（管理グループに登録されている記録ファイルは削除されません。）"));
+  EXPECT_EQ(groups->grid()->rowCount(), 2);
+  answer = QMessageBox::Yes;
+  Click(groups, "cmdDelete");
+  ASSERT_EQ(groups->grid()->rowCount(), 1);
+  EXPECT_EQ(groups->grid()->item(0, 0)->text(), "001");
+  EXPECT_EQ(groups->grid()->item(0, 1)->text(), "two");
+  EXPECT_TRUE(std::filesystem::exists(records + "/SHEAT01.FDT"));
+  Registry saved;
+  ReadRegistry(home.folder() + "/ViewerFile.txt", saved);
+  ASSERT_EQ(saved.Groups.size(), 1u);
+  EXPECT_EQ(saved.Groups[0].Name, "two");
+  groups->close();
+}
+
+TEST_F(RecordOutputs, RegistryRefusesThe31stGroupBeforeAsking) {
+  Registry registry;
+  for (int g = 0; g < 30; ++g) AddRegistryGroup(registry, "g" + std::to_string(g));
+  ASSERT_TRUE(WriteRegistry(home.folder() + "/ViewerFile.txt", registry));
+  auto *groups = GroupManagerDialog::ShowForProgramFolder(window.mdiArea(), &window);
+  ASSERT_NE(groups, nullptr);
+  Click(groups, "cmdAdd");
+  EXPECT_EQ(messages, std::vector<int>{41050});
+  EXPECT_EQ(TopLevel<FileAddDialog>("frmFileAdd"), nullptr);
+  groups->close();
 }
 
 }  // namespace
