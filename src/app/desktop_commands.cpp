@@ -3,6 +3,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
+#include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_record.h"
 #include "record/open_select_dialog.h"
@@ -76,6 +77,13 @@ void ConnectDesktopCommands(MainWindow &window) {
   window.setCommandHandler("mnuFileChange", [frame] {
     RunMeasurementCsv(frame, Shared().CurrentFile);
     frame->UpdateMainMenus();
+  });
+
+  window.setCommandHandler("mnuFileFileCoupling", [frame] {
+    auto *coupling = new FileCouplingDialog(frame);
+    coupling->setAttribute(Qt::WA_DeleteOnClose);
+    coupling->setModal(true);
+    coupling->show();
   });
 
   window.setCommandHandler("mnuFileSaveas", [frame, mdi] {

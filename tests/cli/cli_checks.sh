@@ -179,6 +179,46 @@ for n in $(seq 3 30); do "$cli" --home "$reg" registry add-group "g$n" || break;
 check "registry delete keeps the record files" $?
 [ "$("$cli" --home "$reg" registry list | grep -c $'^[0-9]*\t')" = 29 ]; check "registry has 29 groups left" $?
 
+mkdir -p "$work/couple"
+python3 - "$samples/SHEAT01.FDT" "$work/couple" <<'PY'
+import sys
+src = open(sys.argv[1], "rb").read()
+start = 108 + 56 * 12 + 24 * 3 + 26 * 4 + 2
+length = (len(src) - start) // 25920
+# Records 0..9999 and 12000..25919: 2000 records of the sample are missing between.
+open(sys.argv[2] + "/SRUNA.FDT", "wb").write(src[:start + 10000 * length])
+open(sys.argv[2] + "/SRUNB.FDT", "wb").write(src[:start] + src[start + 12000 * length:])
+PY
+"$cli" --home "$home" couple "$work/couple/SRUNB.FDT" "$work/couple/SRUNA.FDT" >"$work/coupleout" 2>"$work/err"
+check "couple exits 0" $?
+[ "$(cat "$work/coupleout")" = "$work/couple/SCUNB.FDT" ]; check "couple names the joined record" $?
+python3 - "$samples/SHEAT01.FDT" "$work/couple/SCUNB.FDT" <<'PY'
+import struct, sys
+src, out = open(sys.argv[1], "rb").read(), open(sys.argv[2], "rb").read()
+start = 108 + 56 * 12 + 24 * 3 + 26 * 4 + 2
+length = (len(src) - start) // 25920
+rec = lambda b, i: b[start + i * length:start + (i + 1) * length]
+assert out[:start] == src[:start] and len(out) == len(src)
+for i in list(range(0, 10000, 997)) + list(range(12000, 25920, 991)) + [9999, 12000, 25919]:
+    assert rec(out, i) == rec(src, i), i
+for i in range(10000, 12000):
+    r = rec(out, i)
+    assert struct.unpack("<i", r[:4])[0] == struct.unpack("<i", rec(src, i)[:4])[0]
+    assert r[4:] == bytes(length - 4), i
+PY
+check "couple fills the gap with zero records a period apart" $?
+"$cli" --home "$home" couple "$work/couple/SRUNB.FDT" "$work/couple/SRUNA.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 19806: ' "$work/err"; check "couple over a target without --yes exits 2 with 19806" $?
+"$cli" --home "$home" couple "$work/couple/SRUNB.FDT" "$work/couple/SRUNA.FDT" --yes >/dev/null
+check "couple --yes overwrites" $?
+"$cli" --home "$home" couple "$work/couple/SRUNA.FDT" "$work/couple/SRUNA.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 19812: ' "$work/err"; check "couple of one file twice exits 2 with 19812" $?
+cp "$samples/text/SHEAT01.FDT" "$work/couple/STXT.FDT"
+"$cli" --home "$home" couple "$work/couple/SRUNA.FDT" "$work/couple/STXT.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 19800: ' "$work/err" && [ ! -e "$work/couple/SCUNA.FDT" ]
+check "couple of a binary and a text record exits 2 with 19800" $?
+empty_home; check "couple leaves no working files" $?
+
 "$cli" --home "$home" render "$samples/SHEAT01.FDT" --out "$work/t.png" --frames 3 2>"$work/err"
 check "render exits 0" $?
 head -c 8 "$work/t.png" | od -An -c | grep -q 'P   N   G'; check "render writes a PNG" $?

@@ -2,6 +2,7 @@
 // action, the progress dialog, the files and the message, the menus after.
 #include <gtest/gtest.h>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -16,6 +17,7 @@
 
 #include "app/desktop_commands.h"
 #include "gui_test_support.h"
+#include "record/file_coupling_dialog.h"
 #include "record/record_output_commands.h"
 #include "record/record_registry.h"
 #include "record/registry_dialogs.h"
@@ -345,6 +347,58 @@ TEST_F(RecordOutputs, RegistryRefusesThe31stGroupBeforeAsking) {
   EXPECT_EQ(messages, std::vector<int>{41050});
   EXPECT_EQ(TopLevel<FileAddDialog>("frmFileAdd"), nullptr);
   groups->close();
+}
+
+TEST_F(RecordOutputs, CouplingWindowJoinsTwoHalvesBackIntoTheWhole) {
+  // The sample cut in two at a record boundary, composed from its bytes here.
+  const std::string source = ReadAll(kSamples + "SHEAT01.FDT");
+  const std::size_t start = 108 + 56 * 12 + 24 * 3 + 26 * 4 + 2;
+  const std::size_t length = (source.size() - start) / 25920;
+  const std::size_t cut = start + 10000 * length;
+  const std::string parts = records + "/parts";
+  std::filesystem::create_directories(parts);
+  {
+    std::ofstream(parts + "/SP1.FDT", std::ios::binary) << source.substr(0, cut);
+    std::ofstream(parts + "/SP2.FDT", std::ios::binary)
+        << source.substr(0, start) + source.substr(cut);
+  }
+  std::filesystem::copy_file(kSamples + "AHEAT01.FDT", parts + "/AP2.FDT");
+
+  window.command("mnuFileFileCoupling")->trigger();
+  QCoreApplication::processEvents();
+  auto *coupling = TopLevel<FileCouplingDialog>("frmFileCoupling");
+  ASSERT_NE(coupling, nullptr);
+  EXPECT_EQ(coupling->windowTitle(), QString::fromUtf8("ファイル結合"));
+  coupling->setFolder(QString::fromStdString(parts));
+  auto *files = coupling->findChild<QListWidget *>("filLocal");
+  ASSERT_EQ(files->count(), 2);
+  Click(coupling, "cmdCoupling");
+  EXPECT_EQ(messages, std::vector<int>{19809});
+  files->setCurrentRow(1);  // SP2 first: the join goes by first time
+  Click(coupling, "cmdSelect");
+  Click(coupling, "cmdSelect");
+  EXPECT_EQ(messages.back(), 19812);
+  files->setCurrentRow(0);
+  Click(coupling, "cmdSelect");
+  ASSERT_EQ(coupling->selection().size(), 2u);
+  Click(coupling, "cmdCoupling");
+  EXPECT_EQ(messages.back(), 19810);
+  // Targets named after the first chosen file.
+  EXPECT_TRUE(ReadAll(parts + "/SC2.FDT") == source);
+  EXPECT_TRUE(ReadAll(parts + "/AC2.FDT") == ReadAll(kSamples + "AHEAT01.FDT"));
+  // Again: the target exists and No stops it.
+  answer = QMessageBox::No;
+  Click(coupling, "cmdCoupling");
+  EXPECT_EQ(messages.back(), 19806);
+  auto *chosen = coupling->findChild<QListWidget *>("lstSelect");
+  chosen->setCurrentRow(-1);
+  Click(coupling, "cmdClear");
+  EXPECT_EQ(messages.back(), 19808);
+  Click(coupling, "cmdAllClear");
+  EXPECT_EQ(chosen->count(), 0);
+  coupling->close();
+  EXPECT_EQ(Shared().MenuState, 0);
+  EXPECT_TRUE(window.command("mnuFileFileCoupling")->isEnabled());
 }
 
 }  // namespace
