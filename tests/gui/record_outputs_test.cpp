@@ -55,6 +55,14 @@ struct RecordOutputs : ::testing::Test {
     ConnectDesktopCommands(window);
     window.load();
   }
+  // The hooks outlive the test: they must not keep pointing into it.
+  ~RecordOutputs() override {
+    SetOutputMessage([](QWidget *, int, const QString &, QMessageBox::StandardButtons) {
+      return QMessageBox::No;
+    });
+    SetSaveNameAsker([](QWidget *) { return QString(); });
+    SetRegistryFileChooser([](QWidget *) { return QString(); });
+  }
   void OpenSample() {
     window.openFiles({QString::fromStdString(records + "/SHEAT01.FDT")});
     ASSERT_EQ(window.mdiArea()->subWindowList().size(), 1);
