@@ -3,8 +3,11 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
+#include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
+#include "record/record_output_commands.h"
+#include "record/registry_dialogs.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
@@ -79,8 +82,32 @@ void ConnectDesktopCommands(MainWindow &window) {
   window.setOpenFilesHandler([frame, mdi](const QStringList &paths) {
     for (const QString &path : paths) OpenRecordPath(frame, mdi, path);
   });
-  window.setCommandHandler("mnuFileOpen",
-                           [frame, mdi] { OpenSelectDialog::ShowModal(mdi, frame); });
+  // The menu set follows each open where the open count changes, not here: the
+  // choice dialog is not modal to this call.
+  window.setCommandHandler("mnuFileOpen", [frame, mdi] {
+    OpenSelectDialog *choice = OpenSelectDialog::ShowModal(mdi, frame);
+    choice->SetRegistryOpener([frame, mdi] {
+      GroupManagerDialog::ShowForProgramFolder(mdi, frame, [frame] { ApplyMenuSet(frame); });
+    });
+  });
+
+  window.setCommandHandler("mnuFileChange", [frame] {
+    RunMeasurementCsv(frame, Shared().CurrentFile);
+    ApplyMenuSet(frame);
+  });
+
+  window.setCommandHandler("mnuFileFileCoupling", [frame] {
+    auto *coupling = new FileCouplingDialog(frame);
+    coupling->setAttribute(Qt::WA_DeleteOnClose);
+    coupling->setModal(true);
+    coupling->show();
+  });
+
+  window.setCommandHandler("mnuFileSaveas", [mdi, frame] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi))
+      RunSaveAs(frame, trend->slot(), trend->view().DisplayStart, trend->view().DisplayEnd);
+    ApplyMenuSet(frame);
+  });
 
   OnTrend(window, "mnuTimeAll", &TrendWindow::onTimeAll);
   OnTrend(window, "mnuTimeI", &TrendWindow::onEnlarge);

@@ -42,7 +42,9 @@ void ClearSlot(RecordSlot &slot) {
 }
 
 // The read steps of one encoding; returns -1 when all went well.
-int ReadSteps(const SharedState &state, int slotNo, RecordSlot &slot, const ProgressFn &progress) {
+// Without `buildLevels` the record is read and checked but no working file is made.
+int ReadSteps(const SharedState &state, int slotNo, RecordSlot &slot, const ProgressFn &progress,
+              bool buildLevels = true) {
   RecordFileInfo &info = slot.Record;
   int result = kWrongFile;
   {
@@ -52,7 +54,8 @@ int ReadSteps(const SharedState &state, int slotNo, RecordSlot &slot, const Prog
     result = ReadRecordTables(source, info, slot.SamplePeriod,
                               LevelPlan{state.LevelBase, state.LevelRowLimit});
   }
-  if (result == kValid) result = BuildWorkingFiles(info, state.ProgramFolder, slotNo, progress);
+  if (result == kValid && buildLevels)
+    result = BuildWorkingFiles(info, state.ProgramFolder, slotNo, progress);
   if (result != kValid) return result;
 
   AlarmFileInfo &alarms = slot.Alarms;
@@ -66,7 +69,35 @@ int ReadSteps(const SharedState &state, int slotNo, RecordSlot &slot, const Prog
   return kValid;
 }
 
+// The companions and the lengths of a record path, in a cleared slot.
+void FindFamily(const std::string &path, RecordSlot &slot) {
+  const int nameStart = NameStartIndex(path);
+  AlarmFileInfo &alarms = slot.Alarms;
+  alarms.AlarmPath = FindCompanion(path, nameStart, 'A');
+  alarms.AlarmLength = alarms.AlarmPath.empty() ? 0
+                                                : static_cast<std::int32_t>(std::min<std::int64_t>(
+                                                      FileSize(alarms.AlarmPath), INT32_MAX));
+  const std::string flagPath = FindCompanion(path, nameStart, 'F');
+  if (!flagPath.empty() && FileSize(flagPath) >= static_cast<std::int64_t>(kMinFlagFileLength))
+    slot.FlagPath = flagPath;
+  RecordFileInfo &info = slot.Record;
+  info.FilePath = path;
+  info.FileLength = static_cast<std::int32_t>(std::min<std::int64_t>(FileSize(path), INT32_MAX));
+}
+
 }  // namespace
+
+int ReadRecordFamily(const SharedState &state, const std::string &path, RecordSlot &slot) {
+  if (!IsRecordFileName(path)) return kWrongName;
+  ClearSlot(slot);
+  FindFamily(path, slot);
+  const int result = ReadSteps(state, 0, slot, {}, false);
+  if (result != kValid) {
+    ClearSlot(slot);
+    return OpenResultMessageId(result);
+  }
+  return 0;
+}
 
 int FileSelect(SharedState &state) {
   for (int slot = 1; slot <= 16; ++slot) {
@@ -114,19 +145,8 @@ OpenOutcome OpenRecordFile(SharedState &state, const std::string &path,
 
   RecordSlot &slot = state.Slot(slotNo);
   ClearSlot(slot);
-  const int nameStart = NameStartIndex(path);
-  AlarmFileInfo &alarms = slot.Alarms;
-  alarms.AlarmPath = FindCompanion(path, nameStart, 'A');
-  alarms.AlarmLength = alarms.AlarmPath.empty() ? 0
-                                                : static_cast<std::int32_t>(std::min<std::int64_t>(
-                                                      FileSize(alarms.AlarmPath), INT32_MAX));
-  const std::string flagPath = FindCompanion(path, nameStart, 'F');
-  if (!flagPath.empty() && FileSize(flagPath) >= static_cast<std::int64_t>(kMinFlagFileLength))
-    slot.FlagPath = flagPath;
-
+  FindFamily(path, slot);
   RecordFileInfo &info = slot.Record;
-  info.FilePath = path;
-  info.FileLength = static_cast<std::int32_t>(std::min<std::int64_t>(FileSize(path), INT32_MAX));
 
   // The bar's maximum of the build, so that success can fill the bar.
   int lastMaximum = 0;

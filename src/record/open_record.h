@@ -44,6 +44,13 @@ bool IsFileOpen(const SharedState &state, const std::string &path);
 // they are. The end of the program does this, so that no working file outlives it.
 void DeleteOpenWorkingFiles(const SharedState &state);
 
+// Reads and checks a record family as the open does (name test, companions,
+// encoding, read steps, alarm and flag files) into `slot`, without taking a slot of
+// the shared state and without making working files: for the commands that read
+// the record file itself. Returns 0 when the record is valid, otherwise the
+// catalogue id of the refusal (the slot is then cleared).
+int ReadRecordFamily(const SharedState &state, const std::string &path, RecordSlot &slot);
+
 // What closing a trend window does to its slot: arrays erased, InUse 0, working
 // files deleted, one open file fewer.
 void CloseRecordSlot(SharedState &state, int slot);

@@ -13,12 +13,13 @@ namespace {
 constexpr int kReadingFile = 10611;
 }
 
-ReadDialog::ReadDialog(QWidget *parent) : QDialog(parent) {
+ReadDialog::ReadDialog(QWidget *parent) : ReadDialog(parent, kReadingFile, kReadingFile) {}
+
+ReadDialog::ReadDialog(QWidget *parent, int captionId, int labelId) : QDialog(parent) {
   setObjectName("dlgRead");
   setModal(false);
-  const QString text = QString::fromStdString(GetMessageText(kReadingFile));
-  setWindowTitle(text);
-  label_ = new QLabel(text, this);
+  setWindowTitle(QString::fromStdString(GetMessageText(captionId)));
+  label_ = new QLabel(QString::fromStdString(GetMessageText(labelId)), this);
   label_->setObjectName("Label1");
   bar_ = new QProgressBar(this);
   bar_->setObjectName("ProgressBar1");

@@ -1,6 +1,6 @@
 #pragma once
-// dlgRead: the small modeless dialog that shows the progress of an open. It has
-// no button: an open cannot be stopped.
+// dlgRead: the small modeless dialog that shows the progress of an open, a CSV
+// conversion or a save. It has no button: the work cannot be stopped.
 #include <QDialog>
 
 class QLabel;
@@ -12,6 +12,8 @@ class ReadDialog : public QDialog {
   Q_OBJECT
  public:
   explicit ReadDialog(QWidget *parent = nullptr);
+  // With the catalogue texts of its caption and its label.
+  ReadDialog(QWidget *parent, int captionId, int labelId);
   // Moves the bar and lets the window system catch up.
   void SetProgress(int value, int maximum);
   QProgressBar *bar() const { return bar_; }

@@ -47,6 +47,178 @@ check "stats exits 0" $?
 grep -q '"DataNum":25920' "$work/stats.json"; check "stats over the whole file" $?
 empty_home; check "stats leaves no working files" $?
 
+mkdir -p "$work/csv" "$work/csvc"
+cp "$samples"/SHEAT01.FDT "$samples"/AHEAT01.FDT "$work/csv/"
+cp "$samples"/SHEAT01.FDT "$work/csvc/"
+"$cli" --home "$home" csv "$work/csv/SHEAT01.FDT" >"$work/csvout" 2>"$work/err"
+check "csv exits 0" $?
+[ "$(cat "$work/csvout")" = "$work/csv/SHEAT01.CSV
+$work/csv/AHEAT01.CSV" ]; check "csv names the two files" $?
+empty_home; check "csv leaves no working files" $?
+python3 - "$work/csv/SHEAT01.CSV" "$work/csv/AHEAT01.CSV" ',' '.' <<'PY'
+import csv, sys, re
+path, alarm, sep, dec = sys.argv[1:5]
+with open(path, encoding="cp932", newline="") as f:
+    rows = list(csv.reader(f, delimiter=sep))
+assert rows[0][0].startswith("SHEAT01.FDT"), rows[0]
+assert rows[3][:4] == ["12", "04", "08", "03"] and rows[3][4].strip() == "04", rows[3]
+assert [r[0] for r in rows[4:16]] == ["CH%02d" % n for n in range(1, 13)]
+assert [r[0] for r in rows[16:19]] == ["DI01", "DI02", "DI03"]
+assert [r[0] for r in rows[19:23]] == ["G1", "G2", "G3", "G4"]
+assert rows[23][1:3] == ["CH01MIN", "CH01MAX"] and rows[23][-1] == "DI03PV "
+# With digital inputs the rows run on in one line: 14 fields a record.
+assert len(rows) == 25, len(rows)
+data = rows[24]
+assert len(data) == 25920 * 14 + 1 and data[-1] == "", len(data)
+time = re.compile(r"^\d{4}/[1-9]\d?/[1-9]\d? \d\d:\d\d:\d\d$")
+for i in range(0, len(data) - 1, 14):
+    assert time.match(data[i]), data[i]
+    for v in data[i + 1:i + 14]:
+        assert len(v) >= 7, v
+        if "E" not in v:
+            float(v.replace(dec, "."))
+with open(alarm, encoding="cp932", newline="") as f:
+    events = list(csv.reader(f, delimiter=sep))[3:]
+assert events and all(e[1] in ("A", "M") for e in events), events[:3]
+PY
+check "csv files read back with the csv module" $?
+before=$(md5sum <"$work/csv/SHEAT01.CSV")
+"$cli" --home "$home" csv "$work/csv/SHEAT01.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && [ "$(cat "$work/err")" = "error 11130: ファイルが既に存在します。" ]
+check "csv over existing files exits 2 with 11130" $?
+[ "$(md5sum <"$work/csv/SHEAT01.CSV")" = "$before" ]; check "csv refused touches nothing" $?
+"$cli" --home "$home" --decimal-char , csv "$work/csvc/SHEAT01.FDT" >/dev/null
+check "csv with a decimal comma exits 0" $?
+python3 - "$work/csvc/SHEAT01.CSV" <<'PY'
+import csv, sys
+with open(sys.argv[1], encoding="cp932", newline="") as f:
+    rows = list(csv.reader(f, delimiter=";"))
+assert rows[4][5] == "    0,0" and rows[4][6] == " 1200,0", rows[4]
+assert float(rows[24][1].replace(",", ".")) > 0
+PY
+check "decimal comma gives ';' between fields and ',' in values" $?
+[ ! -e "$work/csvc/AHEAT01.CSV" ] && [ "$(ls "$work/csvc" | wc -l)" = 2 ]
+check "a record without alarm file gives one CSV" $?
+printf 'garbage' >"$work/csv/SBAD.FDT"
+"$cli" --home "$home" csv "$work/csv/SBAD.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11190: ' "$work/err" && [ ! -e "$work/csv/SBAD.CSV" ]
+check "csv of a broken record is refused and writes nothing" $?
+
+mkdir -p "$work/save"
+cp "$samples"/SHEAT01.FDT "$samples"/AHEAT01.FDT "$work/save/"
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from "2024/03/05 00:00:00" \
+  --to "2024/03/05 00:00:50" --out "$work/save/sday5.fdt" >"$work/saveout" 2>"$work/err"
+check "saveas exits 0" $?
+[ "$(cat "$work/saveout")" = "$work/save/sday5.fdt
+$work/save/Aday5.fdt" ]; check "saveas names the record and its alarm file" $?
+"$cli" --home "$home" info "$work/save/sday5.fdt" >"$work/saveinfo" 2>/dev/null
+grep -q '"RecordCount": 6' "$work/saveinfo"; check "the saved range opens with its 6 records" $?
+python3 - "$samples/SHEAT01.FDT" "$work/save/sday5.fdt" <<'PY'
+import json, subprocess, sys
+src, out = open(sys.argv[1], "rb").read(), open(sys.argv[2], "rb").read()
+# Header region of the binary record: 108 + 56 A + 24 D + 26 G + 2; 12 channels, 3 DI, 4 groups.
+start = 108 + 56 * 12 + 24 * 3 + 26 * 4 + 2
+length = (len(src) - start) // 25920
+first = (1709596800 - 1709539200) // 10  # 2024/03/05 00:00:00 from 2024/03/04 08:00:00
+assert out == src[:start] + src[start + first * length:start + (first + 6) * length]
+PY
+check "saveas copies header and range byte for byte" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY6.FDT" >/dev/null 2>"$work/err"
+[ $? = 0 ]; check "saveas takes times in seconds" $?
+cp "$work/save/Aday5.fdt" "$work/save/ADAY7.FDT"
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY7.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11185: ' "$work/err" && [ ! -e "$work/save/SDAY7.FDT" ]
+check "saveas over an alarm file without --yes exits 2 with 11185" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY7.FDT" --yes >/dev/null 2>"$work/err"
+[ $? = 0 ] && [ -e "$work/save/SDAY7.FDT" ]; check "saveas --yes overwrites the alarm file" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/SDAY7.FDT" --yes >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11181: ' "$work/err"; check "saveas over a record exits 2 with 11181" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --from 1709596800 --to 1709596850 \
+  --out "$work/save/XDAY8.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11180: ' "$work/err"; check "saveas with a wrong name exits 2 with 11180" $?
+"$cli" --home "$home" saveas "$work/save/SHEAT01.FDT" --out "$work/save/SDAY9.FDT" >/dev/null 2>&1
+[ $? = 1 ]; check "saveas without a range is a usage error" $?
+empty_home; check "saveas leaves no working files" $?
+
+reg=$work/reghome
+mkdir -p "$reg"
+"$cli" --home "$reg" registry list >"$work/reglist"
+[ $? = 0 ] && [ ! -s "$work/reglist" ] && [ -f "$reg/ViewerFile.txt" ]
+check "registry list on a new home makes an empty ViewerFile.txt" $?
+"$cli" --home "$reg" registry add-group "熱処理炉" && "$cli" --home "$reg" registry add-group second &&
+  "$cli" --home "$reg" registry add-file 1 "$samples/SHEAT01.FDT" "3日間" &&
+  "$cli" --home "$reg" registry add-file "熱処理炉" "$samples/text/SHEAT01.FDT" &&
+  "$cli" --home "$reg" registry move 1 2 up && "$cli" --home "$reg" registry move second up
+check "registry changes exit 0" $?
+printf '001\tsecond\n002\t熱処理炉\n002001\tSHEAT01.FDT\t%s\n002002\t3日間\t%s\n' \
+  "$samples/text/SHEAT01.FDT" "$samples/SHEAT01.FDT" >"$work/regwant"
+"$cli" --home "$reg" registry list | cmp -s - "$work/regwant"; check "registry list shows the groups and files" $?
+python3 - "$reg/ViewerFile.txt" <<'PY'
+import sys
+data = open(sys.argv[1], "rb").read()
+lines = data.split(b"\r\n")
+assert lines[0] == b"V,100" and lines[1] == b"G,second", lines[:2]
+assert lines[2] == "G,熱処理炉".encode("cp932"), lines[2]
+assert lines[3].startswith(b"F,SHEAT01.FDT" + b" " * 53 + b","), lines[3]
+assert lines[4][2:66] == "3日間".encode("cp932").ljust(64), lines[4]
+assert lines[5] == b"" and len(lines) == 6
+PY
+check "ViewerFile.txt is code page 932 with names padded to 64 bytes" $?
+"$cli" --home "$reg" registry add-group "" 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 41056: ' "$work/err"; check "registry refuses an empty group name" $?
+"$cli" --home "$reg" registry add-group "$(printf '炉%.0s' $(seq 65))" 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 41059: ' "$work/err"; check "registry refuses a name of 130 bytes" $?
+for n in $(seq 3 30); do "$cli" --home "$reg" registry add-group "g$n" || break; done
+"$cli" --home "$reg" registry add-group g31 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 41050: ' "$work/err"; check "registry refuses the 31st group" $?
+"$cli" --home "$reg" registry delete "熱処理炉" && [ -f "$samples/SHEAT01.FDT" ]
+check "registry delete keeps the record files" $?
+[ "$("$cli" --home "$reg" registry list | grep -c $'^[0-9]*\t')" = 29 ]; check "registry has 29 groups left" $?
+
+mkdir -p "$work/couple"
+python3 - "$samples/SHEAT01.FDT" "$work/couple" <<'PY'
+import sys
+src = open(sys.argv[1], "rb").read()
+start = 108 + 56 * 12 + 24 * 3 + 26 * 4 + 2
+length = (len(src) - start) // 25920
+# Records 0..9999 and 12000..25919: 2000 records of the sample are missing between.
+open(sys.argv[2] + "/SRUNA.FDT", "wb").write(src[:start + 10000 * length])
+open(sys.argv[2] + "/SRUNB.FDT", "wb").write(src[:start] + src[start + 12000 * length:])
+PY
+"$cli" --home "$home" couple "$work/couple/SRUNB.FDT" "$work/couple/SRUNA.FDT" >"$work/coupleout" 2>"$work/err"
+check "couple exits 0" $?
+[ "$(cat "$work/coupleout")" = "$work/couple/SCUNB.FDT" ]; check "couple names the joined record" $?
+python3 - "$samples/SHEAT01.FDT" "$work/couple/SCUNB.FDT" <<'PY'
+import struct, sys
+src, out = open(sys.argv[1], "rb").read(), open(sys.argv[2], "rb").read()
+start = 108 + 56 * 12 + 24 * 3 + 26 * 4 + 2
+length = (len(src) - start) // 25920
+rec = lambda b, i: b[start + i * length:start + (i + 1) * length]
+assert out[:start] == src[:start] and len(out) == len(src)
+for i in list(range(0, 10000, 997)) + list(range(12000, 25920, 991)) + [9999, 12000, 25919]:
+    assert rec(out, i) == rec(src, i), i
+for i in range(10000, 12000):
+    r = rec(out, i)
+    assert struct.unpack("<i", r[:4])[0] == struct.unpack("<i", rec(src, i)[:4])[0]
+    assert r[4:] == bytes(length - 4), i
+PY
+check "couple fills the gap with zero records a period apart" $?
+"$cli" --home "$home" couple "$work/couple/SRUNB.FDT" "$work/couple/SRUNA.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 19806: ' "$work/err"; check "couple over a target without --yes exits 2 with 19806" $?
+"$cli" --home "$home" couple "$work/couple/SRUNB.FDT" "$work/couple/SRUNA.FDT" --yes >/dev/null
+check "couple --yes overwrites" $?
+"$cli" --home "$home" couple "$work/couple/SRUNA.FDT" "$work/couple/SRUNA.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 19812: ' "$work/err"; check "couple of one file twice exits 2 with 19812" $?
+cp "$samples/text/SHEAT01.FDT" "$work/couple/STXT.FDT"
+"$cli" --home "$home" couple "$work/couple/SRUNA.FDT" "$work/couple/STXT.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 19800: ' "$work/err" && [ ! -e "$work/couple/SCUNA.FDT" ]
+check "couple of a binary and a text record exits 2 with 19800" $?
+empty_home; check "couple leaves no working files" $?
+
 "$cli" --home "$home" render "$samples/SHEAT01.FDT" --out "$work/t.png" --frames 3 2>"$work/err"
 check "render exits 0" $?
 head -c 8 "$work/t.png" | od -An -c | grep -q 'P   N   G'; check "render writes a PNG" $?

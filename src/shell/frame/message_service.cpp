@@ -16,6 +16,7 @@ MessageService &Service() {
 }  // namespace
 
 QString MessageRequest::text() const {
+  if (!composedText.isEmpty()) return composedText;
   return QString::fromStdString(GetMessageText(messageId, placeholders));
 }
 
@@ -25,6 +26,15 @@ int ShowMessage(QWidget *parent, int messageId, QMessageBox::StandardButtons but
   request.messageId = messageId;
   request.buttons = buttons;
   request.placeholders = placeholders;
+  return Service()(parent, request);
+}
+
+int ShowComposedMessage(QWidget *parent, int messageId, const QString &text,
+                        QMessageBox::StandardButtons buttons) {
+  MessageRequest request;
+  request.messageId = messageId;
+  request.buttons = buttons;
+  request.composedText = text;
   return Service()(parent, request);
 }
 

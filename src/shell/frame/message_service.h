@@ -19,8 +19,12 @@ struct MessageRequest {
   int messageId = 0;
   QMessageBox::StandardButtons buttons = QMessageBox::Ok;
   MessagePlaceholders placeholders;
+  // A text the caller made of catalogue texts (two messages in one box, or a list
+  // of findings); empty for a plain catalogue message.
+  QString composedText;
 
-  // The catalogue text of the id with every placeholder filled in.
+  // The catalogue text of the id with every placeholder filled in, or the
+  // composed text when there is one.
   QString text() const;
 };
 
@@ -31,6 +35,11 @@ using MessageService = std::function<int(QWidget *parent, const MessageRequest &
 int ShowMessage(QWidget *parent, int messageId,
                 QMessageBox::StandardButtons buttons = QMessageBox::Ok,
                 const MessagePlaceholders &placeholders = {});
+
+// The same for a message whose text the caller composed of catalogue texts;
+// `messageId` names the message that leads it.
+int ShowComposedMessage(QWidget *parent, int messageId, const QString &text,
+                        QMessageBox::StandardButtons buttons = QMessageBox::Ok);
 
 // Installs the routine that shows messages; an empty one puts the message box
 // back.
