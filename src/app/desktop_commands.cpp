@@ -2,12 +2,14 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <functional>
 
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
+#include "trend/cursor_commands.h"
 #include "trend/trend_window.h"
 
 namespace recscope {
@@ -64,6 +66,27 @@ void ConnectDesktopCommands(MainWindow &window) {
   OnTrend(window, "mnuTimeO", &TrendWindow::onReduce);
   OnTrend(window, "mnuTimeSet", &TrendWindow::onTimeSet);
   OnTrend(window, "mnuBetweenC", &TrendWindow::onBetweenCursors);
+
+  // Cursors, their jumps and event searches, and flags, on the active trend.
+  auto onCursor = [&window, mdi](const char *command, std::function<void(TrendWindow &)> action) {
+    window.setCommandHandler(command, [mdi, action] {
+      if (TrendWindow *trend = CurrentTrendWindow(mdi)) action(*trend);
+    });
+  };
+  onCursor("mnuEditAcasolLeft", [](TrendWindow &t) { t.onSearchEarlier(1); });
+  onCursor("mnuEditAcasolRight", [](TrendWindow &t) { t.onSearchLater(1); });
+  onCursor("mnuEditBcasolLeft", [](TrendWindow &t) { t.onSearchEarlier(2); });
+  onCursor("mnuEditBcasolRight", [](TrendWindow &t) { t.onSearchLater(2); });
+  onCursor("mnuEditCurJump1", [](TrendWindow &t) { t.onJumpDialog(1); });
+  onCursor("mnuEditCurJump2", [](TrendWindow &t) { t.onJumpDialog(2); });
+  onCursor("mnuEditCurJumpHago", [](TrendWindow &t) { t.onShiftCursor1(kHourBack); });
+  onCursor("mnuEditCurJumpHlate", [](TrendWindow &t) { t.onShiftCursor1(kHourOn); });
+  onCursor("mnuEditCurJumpDago", [](TrendWindow &t) { t.onShiftCursor1(kDayBack); });
+  onCursor("mnuEditCurJumpDlate", [](TrendWindow &t) { t.onShiftCursor1(kDayOn); });
+  onCursor("mnuEditKaxsoruDel", [](TrendWindow &t) { t.onRemoveCursors(); });
+  onCursor("mnuCursorChange", [](TrendWindow &t) { t.onCursorChange(); });
+  onCursor("mnuEditMark", [](TrendWindow &t) { t.onAddFlag(); });
+  onCursor("mnuEditMarkDel", [](TrendWindow &t) { t.onRemoveFlags(); });
 
   // The frame has already kept the new value; the views follow it.
   const char *scaleCommands[3] = {"mnuView1Scale", "mnuView2Scale", "mnuView3Scale"};
