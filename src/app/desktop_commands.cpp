@@ -2,6 +2,7 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <functional>
 
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
@@ -11,6 +12,7 @@
 #include "shell/frame/main_window.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
+#include "trend/cursor_commands.h"
 #include "trend/trend_window.h"
 #include "views/cursor_calc_window.h"
 #include "views/event_list_window.h"
@@ -129,6 +131,27 @@ void ConnectDesktopCommands(MainWindow &window) {
         calc->MathMSFlexGrid1_copy(withTitle);
     });
   }
+
+  // Cursors, their jumps and event searches, and flags, on the active trend.
+  auto onCursor = [&window, mdi](const char *command, std::function<void(TrendWindow &)> action) {
+    window.setCommandHandler(command, [mdi, action] {
+      if (TrendWindow *trend = CurrentTrendWindow(mdi)) action(*trend);
+    });
+  };
+  onCursor("mnuEditAcasolLeft", [](TrendWindow &t) { t.onSearchEarlier(1); });
+  onCursor("mnuEditAcasolRight", [](TrendWindow &t) { t.onSearchLater(1); });
+  onCursor("mnuEditBcasolLeft", [](TrendWindow &t) { t.onSearchEarlier(2); });
+  onCursor("mnuEditBcasolRight", [](TrendWindow &t) { t.onSearchLater(2); });
+  onCursor("mnuEditCurJump1", [](TrendWindow &t) { t.onJumpDialog(1); });
+  onCursor("mnuEditCurJump2", [](TrendWindow &t) { t.onJumpDialog(2); });
+  onCursor("mnuEditCurJumpHago", [](TrendWindow &t) { t.onShiftCursor1(kHourBack); });
+  onCursor("mnuEditCurJumpHlate", [](TrendWindow &t) { t.onShiftCursor1(kHourOn); });
+  onCursor("mnuEditCurJumpDago", [](TrendWindow &t) { t.onShiftCursor1(kDayBack); });
+  onCursor("mnuEditCurJumpDlate", [](TrendWindow &t) { t.onShiftCursor1(kDayOn); });
+  onCursor("mnuEditKaxsoruDel", [](TrendWindow &t) { t.onRemoveCursors(); });
+  onCursor("mnuCursorChange", [](TrendWindow &t) { t.onCursorChange(); });
+  onCursor("mnuEditMark", [](TrendWindow &t) { t.onAddFlag(); });
+  onCursor("mnuEditMarkDel", [](TrendWindow &t) { t.onRemoveFlags(); });
 
   // The frame has already kept the new value; the views follow it.
   const char *scaleCommands[3] = {"mnuView1Scale", "mnuView2Scale", "mnuView3Scale"};

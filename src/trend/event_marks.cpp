@@ -56,23 +56,16 @@ std::optional<TextBox> DrawRow(QPainter &painter, const TrendScene &scene, MarkK
   Zone zone = SlotZone(view, view.SelectedSlot);
 
   std::int32_t pos = TimeToPosition(view, time);
-  QPen pen(ColourOf(style.colour), 0);
   QRect mark;
   double tx, ty;
   if (l.horizontal) {
-    InBox(painter, plot, [&] {
-      painter.setPen(pen);
-      painter.drawLine(QLineF(pos, 0, pos, plot.Height));
-    });
+    DrawTimeLine(painter, l, pos, ColourOf(style.colour));
     mark = QRect(plot.Left + pos + style.dx, plot.Top + style.dy, style.width, style.height);
     tx = pos + 50;
     ty = std::floor((zone.top - plot.Top) + (zone.height / 10.0) * (10 - level));
   } else {
     pos = view.PlotSpan - pos;  // time runs upwards
-    InBox(painter, plot, [&] {
-      painter.setPen(pen);
-      painter.drawLine(QLineF(0, pos, plot.Width, pos));
-    });
+    DrawTimeLine(painter, l, pos, ColourOf(style.colour));
     mark = QRect(plot.Left + style.sideX, plot.Top + pos + style.sideY, style.width, style.height);
     tx = std::floor((zone.height / 10.0) * level);
     ty = pos < 201 ? pos + 50 : pos - 200;

@@ -302,13 +302,7 @@ void DrawCursors(QPainter &painter, const TrendScene &scene) {
   for (int which = 1; which <= 2; ++which) {
     const CursorText &c = texts[which - 1];
     if (!c.shown) continue;
-    InBox(painter, plot, [&] {
-      painter.setPen(QPen(QColor(kCursorColour.r, kCursorColour.g, kCursorColour.b), 0));
-      if (l.horizontal)
-        painter.drawLine(QLineF(c.along, 0, c.along, plot.Height));
-      else
-        painter.drawLine(QLineF(0, c.along, plot.Width, c.along));
-    });
+    DrawTimeLine(painter, l, c.along, QColor(kCursorColour.r, kCursorColour.g, kCursorColour.b));
     painter.setPen(QPen(Qt::black, 0));
     painter.setFont(TrendFont(9));
     QString number = QString::number(which);
@@ -360,6 +354,20 @@ QSizeF PrintText(QPainter &painter, double x, double y, const QString &text) {
   QSizeF size(metrics.horizontalAdvance(text), metrics.height());
   painter.drawText(QPointF(x, y + metrics.ascent()), text);
   return size;
+}
+
+void DrawTimeLine(QPainter &painter, const TrendLayout &layout, double along,
+                  const QColor &colour) {
+  // Not clipped to the plot: a clip whose edge falls inside a pixel would hide
+  // a line on the plot's first or last position.
+  const Box &plot = layout.Picture1;
+  painter.save();
+  painter.setPen(QPen(colour, 0));
+  if (layout.horizontal)
+    painter.drawLine(QLineF(plot.Left + along, plot.Top, plot.Left + along, plot.Bottom()));
+  else
+    painter.drawLine(QLineF(plot.Left, plot.Top + along, plot.Right(), plot.Top + along));
+  painter.restore();
 }
 
 void ClearTrendSurfaces(QPainter &painter, const TrendScene &scene) {

@@ -67,6 +67,10 @@ void DrawChannelWave(QPainter &painter, const TrendScene &scene, int place);
 QImage DrawTrendImage(const TrendScene &scene, double devicePixelRatio = 1.0,
                       TrendPlacement *placed = nullptr);
 
+// A line across the plot at `along` twips from its start edge of the time axis
+// (a column of the horizontal plot, a row of the vertical one): cursors and marks.
+void DrawTimeLine(QPainter &painter, const TrendLayout &layout, double along, const QColor &colour);
+
 // Helpers shared by the drawing files.
 QColor ColourOfText(const std::string &colourText);
 QFont TrendFont(double points);

@@ -21,6 +21,7 @@
 #include "trend/display_reduction.h"
 #include "trend/render_request.h"
 #include "trend/scale_edit_dialog.h"
+#include "trend/shift_key.h"
 #include "trend/trend_tooltips.h"
 #include "trend/zoom_setting_dialog.h"
 
@@ -49,6 +50,11 @@ class PictureWidget : public QWidget {
     QPainter painter(this);
     painter.drawImage(QPoint(0, 0), owner_->picture());
   }
+  // The plot is drawn into this picture: presses on it set cursors and carry
+  // event texts.
+  void mousePressEvent(QMouseEvent *event) override { owner_->plotPressed(event); }
+  void mouseMoveEvent(QMouseEvent *event) override { owner_->plotMoved(event); }
+  void mouseReleaseEvent(QMouseEvent *event) override { owner_->plotReleased(event); }
   // The scale panels are drawn into this picture: a double click on one of them
   // edits the scale of its member.
   void mouseDoubleClickEvent(QMouseEvent *event) override {
@@ -70,6 +76,7 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
   setProperty("slot", slot);
   const RecordFileInfo &info = Shared().Slot(slot).Record;
   InitTrendView(view_, info, Shared().ScaleCount);
+  view_.ShiftBaseline = ShiftKeyState::Instance().State();
 
   tabs_ = new QTabBar(this);
   tabs_->setObjectName(QStringLiteral("TabStrip1"));
@@ -155,6 +162,11 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
     if (place > 0) group.ChannelOn[place - 1] = on ? -1 : 0;
     Repaint();
   });
+  picIvent_ = new QLabel(picture2_);
+  picIvent_->setObjectName(QStringLiteral("picIvent"));
+  picIvent_->setAutoFillBackground(true);
+  picIvent_->setFrameShape(QFrame::Box);
+  picIvent_->hide();
   SetTrendControlTips(*this);
 
   std::int32_t w = kFirstWidth, h = kFirstHeight;

@@ -15,6 +15,7 @@ class QPushButton;
 class QSpinBox;
 class QCheckBox;
 class QLabel;
+class QMouseEvent;
 
 namespace recscope {
 
@@ -64,6 +65,29 @@ class TrendWindow : public QWidget {
   // The shown scale panel under a point of Picture2 (pixels), or -1.
   int scalePanelAt(const QPointF &point) const;
 
+  // Cursors and flags (trend_window_cursors.cpp). A cursor command is refused
+  // in a real-time window; one that needs a cursor that is not set says so.
+  // Moves cursor `cursorNo` to the sample of `t` (its set flag is the caller's);
+  // the view moves to it when it lies outside the range in view.
+  void CursorJump(std::int64_t t, int cursorNo, bool follow);
+  // The event search of a cursor towards earlier (Left) or later (Right) times.
+  void Casol_Left_Click(int cursorNo);
+  void Casol_Right_Click(int cursorNo);
+  void onSearchEarlier(int cursorNo);
+  void onSearchLater(int cursorNo);
+  void onJumpDialog(int cursorNo);            // frmJump
+  void onShiftCursor1(std::int32_t seconds);  // the hour and day jumps
+  void onRemoveCursors();
+  void onCursorChange();
+  void onAddFlag();
+  void onRemoveFlags();
+  // The mouse on Picture2, in its pixels: a left press on the plot sets a cursor
+  // and picks up an event text; a move carries it; the release drops it, and a
+  // right release on the plot opens the edit menu of the main window.
+  void plotPressed(QMouseEvent *event);
+  void plotMoved(QMouseEvent *event);
+  void plotReleased(QMouseEvent *event);
+
  signals:
   // The window has agreed to close (the operator did not cancel).
   void closed(int slot);
@@ -75,6 +99,11 @@ class TrendWindow : public QWidget {
   // An event search found a row (kind 0 alarm, 1 message, 2 flag; row 0-based in
   // its list): the event list selects its tab and row.
   void eventFound(int slot, int kind, int row);
+  // A flag was added, or all were removed: the event list refills its flag tab.
+  void flagsChanged(int slot);
+  // An event text was dragged to a new display position (kind 0 alarm, 1
+  // message, 2 flag; row 0-based): the event list shows the new position.
+  void eventLevelChanged(int slot, int kind, int row);
 
  protected:
   void resizeEvent(QResizeEvent *event) override;
@@ -86,6 +115,10 @@ class TrendWindow : public QWidget {
   void ScrollTo(int value);
   void LayoutControls();
   TrendScene Scene();
+  // A point of Picture2 (pixels) in twips from the top left of Picture1, and
+  // whether it lies on Picture1.
+  QPointF PlotPoint(const QPointF &picture2Pixels) const;
+  bool OnPlot(const QPointF &plotTwips) const;
 
   int slot_;
   bool horizontal_;
@@ -110,6 +143,10 @@ class TrendWindow : public QWidget {
   std::int32_t plotExtent_ = kDesignPlotExtent;
   std::int32_t plotOrigin_ = kPlotOffset;
   bool updating_ = false;
+  // The event text under the mouse (picIvent) while it is carried.
+  QLabel *picIvent_ = nullptr;
+  int eventKind_ = -1;  // 0 alarm, 1 message, 2 flag
+  int eventRow_ = -1;
 };
 
 }  // namespace recscope
