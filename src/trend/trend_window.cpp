@@ -320,31 +320,10 @@ void TrendWindow::selectGroup(int groupNo) {
 }
 
 void TrendWindow::setCursorFromList(int cursorNo, std::int32_t time) {
-  const RecordFileInfo &info = Shared().Slot(slot_).Record;
-  const std::int32_t period = Period(slot_);
-  const auto t =
-      static_cast<std::int32_t>(SnapToSample(time, info.FirstTime, info.LastTime, period));
-  (cursorNo == 1 ? view_.Cursor1Time : view_.Cursor2Time) = t;
+  // The list sets the cursor; the jump snaps it, moves the view when needed and
+  // lets the instant view follow.
   (cursorNo == 1 ? view_.Cursor1Set : view_.Cursor2Set) = true;
-  if (t >= view_.DisplayStart && t <= view_.DisplayEnd) {
-    Repaint();
-  } else {
-    // The span stays; the view is centred on the cursor within the file.
-    const std::int32_t span = view_.DisplayEnd - view_.DisplayStart;
-    const std::int32_t half = span / 2 - (span / 2) % period;
-    view_.DisplayStart = t - half;
-    view_.DisplayEnd = view_.DisplayStart + span;
-    if (t - half < info.FirstTime) {
-      view_.DisplayStart = info.FirstTime;
-      view_.DisplayEnd = info.FirstTime + span;
-    }
-    if (t + half > info.LastTime) {
-      view_.DisplayEnd = info.LastTime;
-      view_.DisplayStart = info.LastTime - span;
-    }
-    RedrawWholeView();
-  }
-  emit cursorsChanged(slot_, cursorNo, true);
+  CursorJump(time, cursorNo, true);
 }
 
 void TrendWindow::keepFrom(const TrendView &old, std::int32_t oldPlotOrigin,

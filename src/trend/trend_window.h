@@ -56,8 +56,8 @@ class TrendWindow : public QWidget {
   // level file is read.
   void Repaint();
   void selectGroup(int groupNo);
-  // A cursor sent to a time by a row of the event list: snapped to a sample,
-  // set, the view moved to it when it lies outside, the instant view following.
+  // A cursor sent to a time by a row of the event list: set, then CursorJump with
+  // the instant view following.
   void setCursorFromList(int cursorNo, std::int32_t time);
   // dlglenge for the member of scale panel Picture3(panel); an accepted edit
   // redraws the plot and the panels and leaves the display unsaved.
