@@ -9,6 +9,7 @@
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
+#include "views/instant_value_window.h"
 
 namespace recscope {
 namespace {
@@ -36,6 +37,16 @@ void OnTrend(MainWindow &window, const char *command, void (TrendWindow::*action
 
 void RedrawAll(QMdiArea *mdi) {
   for (TrendWindow *trend : TrendWindows(mdi)) trend->Repaint();
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (auto *list = qobject_cast<InstantValueWindow *>(sub->widget())) list->refreshFormat();
+}
+
+// The instant value list of the current slot, when it is open.
+InstantValueWindow *CurrentInstantWindow(QMdiArea *mdi) {
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (auto *list = qobject_cast<InstantValueWindow *>(sub->widget()))
+      if (list->slot() == Shared().CurrentFile) return list;
+  return nullptr;
 }
 
 }  // namespace
@@ -64,6 +75,24 @@ void ConnectDesktopCommands(MainWindow &window) {
   OnTrend(window, "mnuTimeO", &TrendWindow::onReduce);
   OnTrend(window, "mnuTimeSet", &TrendWindow::onTimeSet);
   OnTrend(window, "mnuBetweenC", &TrendWindow::onBetweenCursors);
+
+  // One instant value list a record: a second command brings the open one forward.
+  window.setCommandHandler("mnuWindowMoment", [mdi] {
+    const int slot = Shared().CurrentFile;
+    if (slot < 1 || slot > 16 || Shared().Slot(slot).Record.InUse == 0) return;
+    if (InstantValueWindow *open = CurrentInstantWindow(mdi)) {
+      if (auto *sub = qobject_cast<QMdiSubWindow *>(open->parentWidget()))
+        mdi->setActiveSubWindow(sub);
+      return;
+    }
+    OpenSlotWindow(mdi, slot, SlotWindowKind::kInstant);
+  });
+  window.setCommandHandler("mnuCopyPV", [mdi] {
+    if (InstantValueWindow *list = CurrentInstantWindow(mdi)) list->copySelection(false);
+  });
+  window.setCommandHandler("mnuCopyPVti", [mdi] {
+    if (InstantValueWindow *list = CurrentInstantWindow(mdi)) list->copySelection(true);
+  });
 
   // The frame has already kept the new value; the views follow it.
   const char *scaleCommands[3] = {"mnuView1Scale", "mnuView2Scale", "mnuView3Scale"};

@@ -18,6 +18,7 @@
 #include "shell/shared_state.h"
 #include "trend/colour_table.h"
 #include "trend/display_reduction.h"
+#include "trend/list_cursor.h"
 #include "trend/render_request.h"
 #include "trend/scale_edit_dialog.h"
 #include "trend/trend_tooltips.h"
@@ -304,6 +305,15 @@ void TrendWindow::selectGroup(int groupNo) {
   LayoutControls();
   RedrawWholeView();
   emit groupChanged(slot_, groupNo);
+}
+
+void TrendWindow::setCursorFromList(int cursorNo, std::int32_t time) {
+  const RecordFileInfo &info = Shared().Slot(slot_).Record;
+  if (ListCursorJump(view_, time, cursorNo, info.FirstTime, info.LastTime, Period(slot_)))
+    RedrawWholeView();
+  else
+    Repaint();
+  emit cursorsChanged(slot_, cursorNo, false);
 }
 
 void TrendWindow::keepFrom(const TrendView &old, std::int32_t oldPlotOrigin,

@@ -55,6 +55,10 @@ class TrendWindow : public QWidget {
   // level file is read.
   void Repaint();
   void selectGroup(int groupNo);
+  // A list chose a record: cursor `cursorNo` goes to `time` as CursorJump
+  // does, and cursorsChanged is told with follow false, so that the list
+  // itself does not move again.
+  void setCursorFromList(int cursorNo, std::int32_t time);
   // dlglenge for the member of scale panel Picture3(panel); an accepted edit
   // redraws the plot and the panels and leaves the display unsaved.
   void openScaleEdit(int panel);

@@ -1,5 +1,6 @@
 #include "shell/frame/slot_windows.h"
 
+#include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -10,20 +11,66 @@
 #include "shell/menu_state.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
+#include "views/instant_value_window.h"
 
 namespace recscope {
 
 namespace {
 
 constexpr int kTrendCaption = 19500;
+constexpr int kInstantCaption = 19300;
 
-QWidget *MakeWindow(int slot, SlotWindowKind kind) {
+// The windows of `slot` in the MDI area of `type`.
+template <typename Window>
+QList<Window *> SlotWindowsOf(QMdiArea *mdi, int slot) {
+  QList<Window *> found;
+  if (!mdi) return found;
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (auto *window = qobject_cast<Window *>(sub->widget()))
+      if (window->property("slot").toInt() == slot) found.append(window);
+  return found;
+}
+
+// The instant value list follows the trend's cursor and tabs; its row click
+// sets the trend's cursor, and its tab change goes to the trend.
+void ConnectInstant(InstantValueWindow *list, TrendWindow *trend) {
+  QObject::connect(trend, &TrendWindow::cursorsChanged, list,
+                   [list, trend](int, int cursorNo, bool follow) {
+                     if (!follow) return;
+                     const TrendView &view = trend->view();
+                     if (cursorNo == 2 ? !view.Cursor2Set : !view.Cursor1Set) return;
+                     list->followCursorTime(cursorNo == 2 ? view.Cursor2Time : view.Cursor1Time);
+                   });
+  QObject::connect(trend, &TrendWindow::groupChanged, list,
+                   [list](int, int groupNo) { list->selectGroup(groupNo); });
+  QObject::connect(list, &InstantValueWindow::groupChosen, trend, [trend](int, int groupNo) {
+    if (trend->view().CurrentGroup != groupNo) trend->selectGroup(groupNo);
+  });
+  QObject::connect(list, &InstantValueWindow::rowChosen, trend, [trend](int, std::int32_t time) {
+    // The cursor is chosen as a click on the plot chooses it.
+    const int shift = QGuiApplication::queryKeyboardModifiers() & Qt::ShiftModifier ? 1 : 0;
+    trend->setCursorFromList(shift == trend->view().ShiftBaseline ? 1 : 2, time);
+  });
+}
+
+QWidget *MakeWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
   switch (kind) {
     case SlotWindowKind::kTrend: {
       const bool horizontal = Shared().TrendOrientation != 0;
       auto *trend = new TrendWindow(slot, horizontal);
       trend->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
+      for (InstantValueWindow *list : SlotWindowsOf<InstantValueWindow>(mdi, slot))
+        ConnectInstant(list, trend);
       return trend;
+    }
+    case SlotWindowKind::kInstant: {
+      auto *list = new InstantValueWindow(slot);
+      const QList<TrendWindow *> trends = SlotWindowsOf<TrendWindow>(mdi, slot);
+      if (!trends.isEmpty()) {
+        list->selectGroup(trends.front()->view().CurrentGroup);
+        ConnectInstant(list, trends.front());
+      }
+      return list;
     }
   }
   return nullptr;
@@ -34,13 +81,21 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
   switch (kind) {
     case SlotWindowKind::kTrend: {
       QPointer<QMdiArea> area(mdi);
-      QObject::connect(static_cast<TrendWindow *>(window), &TrendWindow::closed, window,
-                       [area, slot] {
-                         CloseRecordSlot(Shared(), slot);
-                         ApplyMenuSet(area);
-                       });
+      QObject::connect(
+          static_cast<TrendWindow *>(window), &TrendWindow::closed, window, [area, slot] {
+            // The trend owns the slot: its other windows close with it.
+            for (InstantValueWindow *list : SlotWindowsOf<InstantValueWindow>(area, slot))
+              if (auto *sub = qobject_cast<QMdiSubWindow *>(list->parentWidget()))
+                sub->close();
+              else
+                list->close();
+            CloseRecordSlot(Shared(), slot);
+            ApplyMenuSet(area);
+          });
       return;
     }
+    case SlotWindowKind::kInstant:
+      return;  // InstantOpen goes back to 0 with the window
   }
 }
 
@@ -48,6 +103,12 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
 
 QString SlotWindowCaption(int slot, SlotWindowKind kind) {
   switch (kind) {
+    case SlotWindowKind::kInstant: {
+      const QString number = QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0'));
+      return QString::fromStdString(
+                 GetMessageText(kInstantCaption, "@strNumber@", number.toStdString())) +
+             "[" + QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
+    }
     case SlotWindowKind::kTrend: {
       const QString number = QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0'));
       return QString::fromStdString(
@@ -59,7 +120,7 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind) {
 }
 
 QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
-  QWidget *window = MakeWindow(slot, kind);
+  QWidget *window = MakeWindow(mdi, slot, kind);
   window->setProperty("slot", slot);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowTitle(SlotWindowCaption(slot, kind));

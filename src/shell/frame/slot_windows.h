@@ -15,10 +15,12 @@ namespace recscope {
 // window join as they are built.)
 enum class SlotWindowKind {
   kTrend,
+  kInstant,  // frmInstantvalue: follows the trend's cursor and tabs
 };
 
 // Caption of a slot's window of `kind`: for the trend, message 19500 with the
-// slot in two digits, then "[", the record's path, "]".
+// slot in two digits, then "[", the record's path, "]"; for the instant value
+// list message 19300 the same way.
 QString SlotWindowCaption(int slot, SlotWindowKind kind = SlotWindowKind::kTrend);
 
 // Makes the window of `kind` for `slot` and shows it: in the MDI area at its own
