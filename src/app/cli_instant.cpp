@@ -94,12 +94,14 @@ const Registration kInstant({
     "members; 9 is all channels): the page reached from the file's top by N - 1\n"
     "presses of the next-page button (default 1), 'last' the page of the file-end\n"
     "button, or with --cursor T the page that following cursor 1 at time T gives.\n"
-    "T is whole seconds from 1970/1/1 00:00:00 or 'yyyy/mm/dd hh:mm:ss'.\n"
+    "T is whole seconds from 1970/1/1 00:00:00 or 'yyyy/mm/dd hh:mm:ss', put on a\n"
+    "sample as a cursor is (outside the file: its start or end).\n"
     "\n"
     "Prints the grid as the window's copy with titles gives it: the two title rows,\n"
     "then every row of the page, the time column first, each cell followed by a tab\n"
     "and each row ending in a newline. Times follow --date-format, values\n"
-    "--decimal-char. The working files are built for slot 1 in the home folder and\n"
+    "--decimal-char. A group without members is a usage error.\n"
+    "The working files are built for slot 1 in the home folder and\n"
     "deleted at the end.\n",
     RunInstant,
 });

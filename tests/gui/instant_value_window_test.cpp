@@ -11,6 +11,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
@@ -272,6 +273,31 @@ TEST_F(InstantFixture, ListFollowsTheNewTrendAfterADirectionSwitch) {
   trend->view().Cursor1Time = kSampleStart + 10 * 3000;
   emit trend->cursorsChanged(1, 1, true);
   EXPECT_EQ(Time(list, SelectedRow(list)), TimeText(kSampleStart + 10 * 3000));
+}
+
+}  // namespace
+
+namespace {
+
+// The batch command prints the grid as the window's copy with titles puts the
+// whole grid on the clipboard, with "\n" for "\r".
+TEST_F(InstantFixture, WholeGridCopyWithTitlesIsWhatTheBatchCommandPrints) {
+  InstantValueWindow *list = OpenThroughTheMenu();
+  ASSERT_NE(list, nullptr);
+  list->findChild<QPushButton *>("cmdFillnext")->click();
+  Grid(list)->selectAll();
+  window.runCommand("mnuCopyPVti");
+  QByteArray copied = QGuiApplication::clipboard()->text().toUtf8();
+  ASSERT_EQ(copied.count('\r'), 1204);
+  copied.replace('\r', '\n');
+
+  QProcess cli;
+  cli.start(QStringLiteral(RECSCOPE_BINARY_DIR "/bin/recscope-cli"),
+            {"--home", QString::fromStdString(home.folder()), "--date-format", "1",
+             "--decimal-char", ".", "instant", kSample, "--page", "2"});
+  ASSERT_TRUE(cli.waitForFinished(60000));
+  ASSERT_EQ(cli.exitCode(), 0) << cli.readAllStandardError().toStdString();
+  EXPECT_EQ(cli.readAllStandardOutput(), copied);
 }
 
 }  // namespace
