@@ -16,6 +16,7 @@
 #include "trend/trend_window.h"
 #include "views/cursor_calc_window.h"
 #include "views/event_list_window.h"
+#include "views/instant_value_window.h"
 
 namespace recscope {
 namespace {
@@ -45,6 +46,8 @@ void RedrawAll(QMdiArea *mdi) {
   for (TrendWindow *trend : TrendWindows(mdi)) trend->Repaint();
   for (QMdiSubWindow *sub : mdi->subWindowList())
     if (auto *list = qobject_cast<EventListWindow *>(sub->widget())) list->Refill();
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (auto *list = qobject_cast<InstantValueWindow *>(sub->widget())) list->refreshFormat();
 }
 
 // The list window of the current slot opens, or comes to the front when it stands.
@@ -152,6 +155,16 @@ void ConnectDesktopCommands(MainWindow &window) {
   onCursor("mnuCursorChange", [](TrendWindow &t) { t.onCursorChange(); });
   onCursor("mnuEditMark", [](TrendWindow &t) { t.onAddFlag(); });
   onCursor("mnuEditMarkDel", [](TrendWindow &t) { t.onRemoveFlags(); });
+
+  // One list window of each kind a record: a second command brings the open one
+  // forward.
+  window.setCommandHandler("mnuWindowMoment",
+                           [mdi] { OpenSlotView(mdi, SlotWindowKind::kInstant); });
+  for (bool withTitle : {false, true})
+    window.setCommandHandler(withTitle ? "mnuCopyPVti" : "mnuCopyPV", [mdi, withTitle] {
+      if (auto *list = ActiveView<InstantValueWindow>(mdi, SlotWindowKind::kInstant))
+        list->copySelection(withTitle);
+    });
 
   // The frame has already kept the new value; the views follow it.
   const char *scaleCommands[3] = {"mnuView1Scale", "mnuView2Scale", "mnuView3Scale"};

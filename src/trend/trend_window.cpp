@@ -319,11 +319,9 @@ void TrendWindow::selectGroup(int groupNo) {
   emit groupChanged(slot_, groupNo);
 }
 
-void TrendWindow::setCursorFromList(int cursorNo, std::int32_t time) {
-  // The list sets the cursor; the jump snaps it, moves the view when needed and
-  // lets the instant view follow.
+void TrendWindow::setCursorFromList(int cursorNo, std::int32_t time, bool follow) {
   (cursorNo == 1 ? view_.Cursor1Set : view_.Cursor2Set) = true;
-  CursorJump(time, cursorNo, true);
+  CursorJump(time, cursorNo, follow);
 }
 
 void TrendWindow::keepFrom(const TrendView &old, std::int32_t oldPlotOrigin,

@@ -56,9 +56,10 @@ class TrendWindow : public QWidget {
   // level file is read.
   void Repaint();
   void selectGroup(int groupNo);
-  // A cursor sent to a time by a row of the event list: set, then CursorJump with
-  // the instant view following.
-  void setCursorFromList(int cursorNo, std::int32_t time);
+  // A list chose a record: cursor `cursorNo` is set and goes to `time` through
+  // CursorJump; `follow` is false when the list that chose it is the instant
+  // value list, which then does not move again.
+  void setCursorFromList(int cursorNo, std::int32_t time, bool follow);
   // dlglenge for the member of scale panel Picture3(panel); an accepted edit
   // redraws the plot and the panels and leaves the display unsaved.
   void openScaleEdit(int panel);

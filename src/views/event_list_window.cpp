@@ -1,5 +1,7 @@
 #include "views/event_list_window.h"
 
+#include "trend/shift_key.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -31,9 +33,8 @@ EventListWindow::SettingOpener &Opener() {
 }
 
 std::function<int()> &ShiftSource() {
-  static std::function<int()> source = [] {
-    return (QGuiApplication::queryKeyboardModifiers() & Qt::ShiftModifier) ? 1 : 0;
-  };
+  // The program's Shift toggle, read as a click on the plot reads it.
+  static std::function<int()> source = [] { return ShiftKeyState::Instance().State(); };
   return source;
 }
 
@@ -172,7 +173,7 @@ void EventListWindow::clickRow(int row) {
   const RecordSlot &slot = Shared().Slot(slot_);
   const std::optional<std::int32_t> time = EventRowTime(listTab_, slot.Alarms, slot.Flags, row);
   if (!time) return;
-  trend_->setCursorFromList(cursorNo, *time);
+  trend_->setCursorFromList(cursorNo, *time, true);
   table_->selectRow(row - 1);
 }
 

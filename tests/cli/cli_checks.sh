@@ -264,6 +264,27 @@ sed -n 8p "$work/cs2" | grep -q $'^平均値\t            -   \t[0-9]*,[0-9]'; c
 empty_home; check "cursor-stats leaves no working files" $?
 "$cli" events --help | grep -q -- '--tab alarm|message|flag'; check "events --help" $?
 "$cli" cursor-stats --help | grep -q -- '--cursor1 T1 --cursor2 T2 \[--group G\]'; check "cursor-stats --help" $?
+"$cli" --home "$home" instant "$samples/SHEAT01.FDT" >"$work/instant" 2>"$work/err"
+check "instant exits 0" $?
+[ "$(wc -l <"$work/instant")" = 1204 ]; check "instant prints two title rows and 1202 rows" $?
+[ "$(sed -n 1p "$work/instant")" = "$(printf '時刻\tCH01\tCH01\tCH02\tCH03\tCH04\t')" ]
+check "instant title row" $?
+[ "$(sed -n 3p "$work/instant")" = "$(printf '2024/03/04 08:00:00\t39.6\t42.3\t38.3\t34.2\t28.7\t')" ]
+check "instant first row" $?
+empty_home; check "instant leaves no working files" $?
+"$cli" --home "$home" instant "$samples/SHEAT01.FDT" --page last >"$work/instant"
+tail -n 1 "$work/instant" | grep -q '^2024/03/07 07:59:50'; check "instant --page last ends at the file end" $?
+"$cli" --home "$home" instant "$samples/SHEAT01.FDT" --page 2 | sed -n 3p | grep -q '^2024/03/04 11:20:20'
+check "instant --page 2 starts at record 1203" $?
+"$cli" --home "$home" instant "$samples/SHEAT01.FDT" --cursor '2024/03/05 08:00:04' | sed -n 3p | grep -q '^2024/03/05 06:19:50'
+check "instant --cursor centres the cursor's record" $?
+"$cli" --home "$home" --decimal-char , --date-format 2 instant "$samples/SHEAT01.FDT" --group 9 | sed -n 3p | grep -q '^04/03/2024 08:00:00	39,6	'
+check "instant follows --decimal-char and --date-format" $?
+"$cli" --home "$home" instant "$samples/SHEAT01.FDT" --group 4 >/dev/null 2>&1
+[ $? = 1 ]; check "instant of a group without members is a usage error" $?
+"$cli" --home "$home" instant "$samples/SHEAT01.FDT" --page 0 >/dev/null 2>&1
+[ $? = 1 ]; check "instant --page 0 is a usage error" $?
+"$cli" instant --help | grep -q -- '--cursor T'; check "instant --help tells its options" $?
 
 echo "cli: $passed passed, $failed failed"
 [ "$failed" = 0 ]

@@ -157,7 +157,7 @@ TEST_F(SlotViewsFixture, RowClickWithOnlyCursorTwoSetSetsCursorOne) {
   EventListWindow *list = OpenList();
   int moves = 0;
   QObject::connect(trend, &TrendWindow::cursorsChanged, [&moves](int, int, bool) { ++moves; });
-  trend->setCursorFromList(2, kFirstTime + 600);
+  trend->setCursorFromList(2, kFirstTime + 600, true);
   moves = 0;
   EXPECT_FALSE(trend->view().Cursor1Set);
   auto *table = list->findChild<QTableWidget *>("MSFlexGrid1");
@@ -190,7 +190,7 @@ TEST_F(SlotViewsFixture, RowClickOutsideTheViewMovesTheView) {
   window.runCommand("mnuTimeI");
   const std::int32_t span = trend->view().DisplayEnd - trend->view().DisplayStart;
   ASSERT_LT(trend->view().DisplayEnd, 1709798390 - 3600);
-  trend->setCursorFromList(1, kFirstTime);
+  trend->setCursorFromList(1, kFirstTime, true);
   list->selectTab(kFlagTab);
   const auto last = EventRowTime(kFlagTab, Shared().Slot(1).Alarms, Shared().Slot(1).Flags, 9);
   ASSERT_TRUE(last.has_value());
@@ -353,8 +353,8 @@ TEST_F(SlotViewsFixture, CursorsChangedRecomputesFromTheCursors) {
 
 TEST_F(SlotViewsFixture, EqualCursorsGiveOneSample) {
   CursorCalcWindow *calc = OpenCalc();
-  trend->setCursorFromList(1, kFirstTime + 3600);
-  trend->setCursorFromList(2, kFirstTime + 3601);
+  trend->setCursorFromList(1, kFirstTime + 3600, true);
+  trend->setCursorFromList(2, kFirstTime + 3601, true);
   EXPECT_EQ(Label(calc, "lbl_DataNum"), "1");
   EXPECT_EQ(Label(calc, "lbl_TimeWid"), "0 日  00:00:00");
   EXPECT_EQ(Label(calc, "lbl_StTime"), Label(calc, "lbl_EndTime"));
@@ -362,7 +362,7 @@ TEST_F(SlotViewsFixture, EqualCursorsGiveOneSample) {
 
 TEST_F(SlotViewsFixture, OneCursorRunsToTheFileEnd) {
   CursorCalcWindow *calc = OpenCalc();
-  trend->setCursorFromList(1, kLastTime - 86400 - 3600);
+  trend->setCursorFromList(1, kLastTime - 86400 - 3600, true);
   EXPECT_EQ(Label(calc, "lbl_StTime"), "2024/03/06 06:59:50");
   EXPECT_EQ(Label(calc, "lbl_EndTime"), "2024/03/07 07:59:50");
   EXPECT_EQ(Label(calc, "lbl_TimeWid"), "1 日  01:00:00");
@@ -386,8 +386,8 @@ TEST_F(SlotViewsFixture, TabsOfTrendAndBetweenCursorsKeepInStep) {
 
 TEST_F(SlotViewsFixture, BetweenCursorsCopyWithTitlesAndOfTheSelection) {
   CursorCalcWindow *calc = OpenCalc();
-  trend->setCursorFromList(1, 1709544600);
-  trend->setCursorFromList(2, 1709577510);
+  trend->setCursorFromList(1, 1709544600, true);
+  trend->setCursorFromList(2, 1709577510, true);
   window.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(calc->parentWidget()));
   window.runCommand("mnuCopyMathTi");
   EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),

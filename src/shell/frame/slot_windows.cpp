@@ -1,5 +1,6 @@
 #include "shell/frame/slot_windows.h"
 
+#include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -9,23 +10,64 @@
 #include "shell/frame/main_window.h"
 #include "shell/menu_state.h"
 #include "shell/shared_state.h"
+#include "trend/cursor_commands.h"
+#include "trend/shift_key.h"
 #include "trend/trend_window.h"
 #include "views/cursor_calc_window.h"
 #include "views/event_list.h"
 #include "views/event_list_window.h"
+#include "views/instant_value_window.h"
 
 namespace recscope {
 
 namespace {
 
 constexpr int kTrendCaption = 19500;
+constexpr int kInstantCaption = 19300;
 
-QWidget *MakeWindow(int slot, SlotWindowKind kind) {
+// The windows of `slot` in the MDI area of `type`.
+template <typename Window>
+QList<Window *> SlotWindowsOf(QMdiArea *mdi, int slot) {
+  QList<Window *> found;
+  if (!mdi) return found;
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (auto *window = qobject_cast<Window *>(sub->widget()))
+      if (window->property("slot").toInt() == slot) found.append(window);
+  return found;
+}
+
+// The instant value list follows the trend's cursor and tabs; its row click
+// sets the trend's cursor, and its tab change goes to the trend.
+void ConnectInstant(InstantValueWindow *list, TrendWindow *trend) {
+  QObject::connect(trend, &TrendWindow::cursorsChanged, list,
+                   [list, trend](int, int cursorNo, bool follow) {
+                     if (!follow) return;
+                     const TrendView &view = trend->view();
+                     if (cursorNo == 2 ? !view.Cursor2Set : !view.Cursor1Set) return;
+                     list->followCursorTime(cursorNo == 2 ? view.Cursor2Time : view.Cursor1Time);
+                   });
+  QObject::connect(trend, &TrendWindow::groupChanged, list,
+                   [list](int, int groupNo) { list->selectGroup(groupNo); });
+  QObject::connect(list, &InstantValueWindow::groupChosen, trend, [trend](int, int groupNo) {
+    if (trend->view().CurrentGroup != groupNo) trend->selectGroup(groupNo);
+  });
+  QObject::connect(list, &InstantValueWindow::rowChosen, trend, [trend](int, std::int32_t time) {
+    // The cursor is chosen as a click on the plot chooses it; the list that chose
+    // the record does not move again.
+    const int cursorNo =
+        CursorOfShift(ShiftKeyState::Instance().State(), trend->view().ShiftBaseline);
+    trend->setCursorFromList(cursorNo, time, false);
+  });
+}
+
+QWidget *MakeWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
   switch (kind) {
     case SlotWindowKind::kTrend: {
       const bool horizontal = Shared().TrendOrientation != 0;
       auto *trend = new TrendWindow(slot, horizontal);
       trend->setProperty("tag", horizontal ? QStringLiteral("Hori") : QStringLiteral("Ver"));
+      for (InstantValueWindow *list : SlotWindowsOf<InstantValueWindow>(mdi, slot))
+        ConnectInstant(list, trend);
       return trend;
     }
     case SlotWindowKind::kEventList:
@@ -34,6 +76,15 @@ QWidget *MakeWindow(int slot, SlotWindowKind kind) {
     case SlotWindowKind::kCursorCalc:
       Shared().Slot(slot).CursorCalcOpen = -1;
       return new CursorCalcWindow(slot);
+    case SlotWindowKind::kInstant: {
+      auto *list = new InstantValueWindow(slot);
+      const QList<TrendWindow *> trends = SlotWindowsOf<TrendWindow>(mdi, slot);
+      if (!trends.isEmpty()) {
+        list->selectGroup(trends.front()->view().CurrentGroup);
+        ConnectInstant(list, trends.front());
+      }
+      return list;
+    }
   }
   return nullptr;
 }
@@ -46,6 +97,8 @@ bool IsKind(QWidget *window, SlotWindowKind kind) {
       return qobject_cast<EventListWindow *>(window) != nullptr;
     case SlotWindowKind::kCursorCalc:
       return qobject_cast<CursorCalcWindow *>(window) != nullptr;
+    case SlotWindowKind::kInstant:
+      return qobject_cast<InstantValueWindow *>(window) != nullptr;
   }
   return false;
 }
@@ -70,8 +123,9 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
       QObject::connect(static_cast<TrendWindow *>(window), &TrendWindow::closed, window,
                        [area, slot] {
                          // The trend owns the slot: its other windows close with it.
-                         for (auto kind : {SlotWindowKind::kEventList, SlotWindowKind::kCursorCalc})
-                           if (QWidget *view = FindSlotWindow(area, slot, kind))
+                         for (auto kind : {SlotWindowKind::kEventList, SlotWindowKind::kCursorCalc,
+                                           SlotWindowKind::kInstant})
+                           while (QWidget *view = FindSlotWindow(area, slot, kind))
                              view->parentWidget()->close();
                          CloseRecordSlot(Shared(), slot);
                          ApplyMenuSet(area);
@@ -86,6 +140,8 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
       QObject::connect(window, &QObject::destroyed,
                        [slot] { Shared().Slot(slot).CursorCalcOpen = 0; });
       return;
+    case SlotWindowKind::kInstant:
+      return;  // InstantOpen goes back to 0 with the window
   }
 }
 
@@ -102,6 +158,12 @@ QWidget *FindSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
 
 QString SlotWindowCaption(int slot, SlotWindowKind kind) {
   switch (kind) {
+    case SlotWindowKind::kInstant: {
+      const QString number = QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0'));
+      return QString::fromStdString(
+                 GetMessageText(kInstantCaption, "@strNumber@", number.toStdString())) +
+             "[" + QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
+    }
     case SlotWindowKind::kTrend: {
       const QString number = QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0'));
       return QString::fromStdString(
@@ -118,7 +180,7 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind) {
 }
 
 QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
-  QWidget *window = MakeWindow(slot, kind);
+  QWidget *window = MakeWindow(mdi, slot, kind);
   window->setProperty("slot", slot);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowTitle(SlotWindowCaption(slot, kind));
