@@ -6,12 +6,16 @@
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
 #include "shell/frame/main_window.h"
+#include "shell/frame/message_service.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
+#include "trend/detail_dialog.h"
 #include "trend/trend_window.h"
 
 namespace recscope {
 namespace {
+
+constexpr int kDisplaySettingsSaved = 19502;
 
 QList<TrendWindow *> TrendWindows(QMdiArea *mdi) {
   QList<TrendWindow *> windows;
@@ -77,6 +81,17 @@ void ConnectDesktopCommands(MainWindow &window) {
     window.setCommandHandler(command, [mdi] {
       if (TrendWindow *trend = CurrentTrendWindow(mdi)) trend->Repaint();
     });
+
+  // The display settings: saved into the slot's flag file (never in a real-time
+  // window), and the detail dialog of the current slot.
+  window.setCommandHandler("mnuFileSaveDispSet", [frame, mdi] {
+    TrendWindow *trend = CurrentTrendWindow(mdi);
+    if (!trend || trend->view().RealTime != 0) return;
+    if (trend->saveDisplaySettings()) ShowMessage(frame, kDisplaySettingsSaved);
+  });
+  window.setCommandHandler("mnuViewd", [frame, mdi] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowDetailDialog(trend, frame);
+  });
   for (const char *command :
        {"mnuViewdaysub1", "mnuViewdaysub2", "mnuviewdaysub3", "mnuViewdaysub4", "mnuViewdaysub5"})
     window.setCommandHandler(command, [mdi] { RedrawAll(mdi); });
