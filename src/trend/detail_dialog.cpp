@@ -58,7 +58,11 @@ DetailDialog::DetailDialog(TrendWindow *trend, QWidget *parent)
   grid_->setColumnWidth(1, 70);
   grid_->setColumnWidth(2, 100);
   grid_->setColumnWidth(3, 100);
-  grid_->setMinimumSize(360, 11 * 30);
+  grid_->verticalHeader()->setDefaultSectionSize(24);
+  grid_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  grid_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  grid_->setFixedSize(60 + 70 + 100 + 100 + 2 * grid_->frameWidth(),
+                      kDetailRows * 24 + 2 * grid_->frameWidth());
 
   auto *label1 = new QLabel(Text(kGroupNameLabel), this);
   label1->setObjectName(QStringLiteral("Label1"));
@@ -125,6 +129,7 @@ void DetailDialog::fillGrid() {
       Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
       if (member && column >= kDetailMinColumn) flags |= Qt::ItemIsEditable;
       item->setFlags(flags);
+      if (row == 0) item->setBackground(palette().button());  // the title row
       grid_->setItem(row, column, item);
     }
   }

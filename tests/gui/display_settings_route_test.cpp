@@ -213,6 +213,36 @@ TEST_F(RouteFixture, CloseQuestionAnsweredYesSaves) {
   EXPECT_FALSE(window.command("mnuFileSaveDispSet")->isEnabled());
 }
 
+// The save cannot write its temporary file (a folder stands in its place): the
+// command ends without its message and the display stays unsaved.
+TEST_F(RouteFixture, AFailedSaveSaysNothingAndLeavesTheDisplayUnsaved) {
+  Decide();
+  std::filesystem::create_directory(flagFile + ".tmp");
+  window.command("mnuFileSaveDispSet")->trigger();
+  EXPECT_TRUE(messages.ids().empty());
+  EXPECT_FALSE(std::filesystem::exists(flagFile));
+  EXPECT_TRUE(Shared().Slot(1).FlagPath.empty());
+  EXPECT_FALSE(Trend()->view().DisplaySaved);
+}
+
+TEST_F(RouteFixture, CloseQuestionAnsweredYesWithAFailedSaveKeepsTheWindow) {
+  Decide();
+  std::filesystem::create_directory(flagFile + ".tmp");
+  messages.setAnswer(QMessageBox::Yes);
+  CloseTrendThroughTheMenu();
+  EXPECT_EQ(messages.ids(), std::vector<int>{19503});
+  ASSERT_NE(Trend(), nullptr);
+  EXPECT_TRUE(Shared().Slot(1).InUse());
+  EXPECT_FALSE(std::filesystem::exists(flagFile));
+  // Once the way is clear, Yes saves and the window goes.
+  std::filesystem::remove(flagFile + ".tmp");
+  messages.clear();
+  CloseTrendThroughTheMenu();
+  EXPECT_EQ(messages.ids(), std::vector<int>{19503});
+  EXPECT_EQ(Trend(), nullptr);
+  EXPECT_TRUE(std::filesystem::exists(flagFile));
+}
+
 TEST_F(RouteFixture, CloseQuestionAnsweredNoDoesNotSave) {
   Decide();
   CloseTrendThroughTheMenu();
