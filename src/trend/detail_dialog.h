@@ -43,7 +43,7 @@ class DetailDialog : public QDialog {
   int slot_;
   int group_ = 1;
   DetailEdits edits_;
-  DetailCells copied_{};
+  DetailCells copied_;
   bool haveCopy_ = false;
   QTabBar *tabs_;
   QTableWidget *grid_;

@@ -88,7 +88,7 @@ std::string DetailTabCaption(int group) {
 }
 
 DetailCells DetailGroupCells(const RecordFileInfo &info, int group) {
-  DetailCells cells{};
+  DetailCells cells;  // every text empty
   cells[0] = {GetMessageText(kTitlePlace), GetMessageText(kTitleChannel), GetMessageText(kTitleLow),
               GetMessageText(kTitleHigh)};
   for (int place = 1; place <= 10; ++place) {
