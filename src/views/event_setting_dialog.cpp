@@ -107,6 +107,7 @@ EventSettingDialog::EventSettingDialog(int slot, int kind, int row, QWidget *par
   buttons->addWidget(exit);
 
   auto *layout = new QVBoxLayout(this);
+  fields->setColumnMinimumWidth(1, 260);  // a flag text of 32 characters stays readable
   layout->addLayout(fields);
   layout->addLayout(buttons);
 
