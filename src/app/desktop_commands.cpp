@@ -2,6 +2,7 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 #include <functional>
 
 #include "record/file_coupling_dialog.h"
@@ -10,16 +11,22 @@
 #include "record/record_output_commands.h"
 #include "record/registry_dialogs.h"
 #include "shell/frame/main_window.h"
+#include "shell/frame/message_service.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
 #include "trend/cursor_commands.h"
+#include "trend/detail_dialog.h"
 #include "trend/trend_window.h"
 #include "views/cursor_calc_window.h"
+#include "views/event_list.h"
 #include "views/event_list_window.h"
+#include "views/event_setting_dialog.h"
 #include "views/instant_value_window.h"
 
 namespace recscope {
 namespace {
+
+constexpr int kDisplaySettingsSaved = 19502;
 
 QList<TrendWindow *> TrendWindows(QMdiArea *mdi) {
   QList<TrendWindow *> windows;
@@ -120,6 +127,14 @@ void ConnectDesktopCommands(MainWindow &window) {
   OnTrend(window, "mnuTimeSet", &TrendWindow::onTimeSet);
   OnTrend(window, "mnuBetweenC", &TrendWindow::onBetweenCursors);
 
+  // The event list's cmdSetting opens frmEventSet on the list's tab and top row;
+  // each stored row refills the list.
+  EventListWindow::SetEventSettingOpener([](EventListWindow &list, int listTab, int topRow) {
+    QPointer<EventListWindow> shown(&list);
+    ShowEventSetting(&list, list.slot(), listTab - kAlarmTab, topRow, [shown] {
+      if (shown) shown->Refill();
+    });
+  });
   window.setCommandHandler("mnuWindowAramu",
                            [mdi] { OpenSlotView(mdi, SlotWindowKind::kEventList); });
   window.setCommandHandler("mnuWindowBetweenC",
@@ -178,6 +193,17 @@ void ConnectDesktopCommands(MainWindow &window) {
     window.setCommandHandler(command, [mdi] {
       if (TrendWindow *trend = CurrentTrendWindow(mdi)) trend->Repaint();
     });
+
+  // The display settings: saved into the slot's flag file (never in a real-time
+  // window), and the detail dialog of the current slot.
+  window.setCommandHandler("mnuFileSaveDispSet", [frame, mdi] {
+    TrendWindow *trend = CurrentTrendWindow(mdi);
+    if (!trend || trend->view().RealTime != 0) return;
+    if (trend->saveDisplaySettings()) ShowMessage(frame, kDisplaySettingsSaved);
+  });
+  window.setCommandHandler("mnuViewd", [frame, mdi] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowDetailDialog(trend, frame);
+  });
   for (const char *command :
        {"mnuViewdaysub1", "mnuViewdaysub2", "mnuviewdaysub3", "mnuViewdaysub4", "mnuViewdaysub5"})
     window.setCommandHandler(command, [mdi] { RedrawAll(mdi); });

@@ -163,9 +163,18 @@ std::string FlagFileBytes(const RecordFileInfo &record, const AlarmFileInfo &ala
 
 bool WriteFlagFile(const std::string &path, const RecordFileInfo &record,
                    const AlarmFileInfo &alarms, const std::vector<FlagEvent> &flags) {
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
-  return WriteWholeFile(path, FlagFileBytes(record, alarms, flags));
+  // The whole file goes to a temporary name beside it and then replaces the old
+  // one in one step: a failed write leaves the old file as it was.
+  const std::string temporary = path + ".tmp";
+  if (!WriteWholeFile(temporary, FlagFileBytes(record, alarms, flags))) return false;
+  std::error_code error;
+  std::filesystem::rename(temporary, path, error);
+  if (error) {
+    std::error_code ignored;
+    std::filesystem::remove(temporary, ignored);
+    return false;
+  }
+  return true;
 }
 
 }  // namespace recscope

@@ -25,7 +25,9 @@ bool ApplyFlagFile(const std::string &path, AlarmFileInfo &alarms, std::vector<F
 // message rows and all flags.
 std::string FlagFileBytes(const RecordFileInfo &record, const AlarmFileInfo &alarms,
                           const std::vector<FlagEvent> &flags);
-// Deletes an older file of the name first.
+// Writes the file whole to a temporary name in the same folder and renames it
+// over an older file of the name. On failure the older file is untouched and no
+// temporary file is left.
 bool WriteFlagFile(const std::string &path, const RecordFileInfo &record,
                    const AlarmFileInfo &alarms, const std::vector<FlagEvent> &flags);
 

@@ -19,6 +19,7 @@
 #include "shell/shared_state.h"
 #include "trend/colour_table.h"
 #include "trend/display_reduction.h"
+#include "trend/display_settings.h"
 #include "trend/render_request.h"
 #include "trend/scale_edit_dialog.h"
 #include "trend/shift_key.h"
@@ -296,6 +297,26 @@ void TrendWindow::openScaleEdit(int panel) {
   Repaint();
 }
 
+void TrendWindow::applyDisplayChange() {
+  const RecordFileInfo &info = Shared().Slot(slot_).Record;
+  for (int index = 0; index < tabs_->count(); ++index) {
+    const QString key = tabs_->tabData(index).toString();
+    const int g = key.startsWith('G') ? key.mid(1).toInt() : 0;
+    if (g < 1 || g > 8 || !view_.Groups[g - 1].HasTab) continue;
+    view_.Groups[g - 1].TabCaption = std::to_string(g) + ":" + info.Groups[g - 1].GroupName;
+    tabs_->setTabText(index, QString::fromStdString(view_.Groups[g - 1].TabCaption));
+  }
+  view_.DisplaySaved = false;
+  Repaint();
+}
+
+bool TrendWindow::saveDisplaySettings() {
+  if (view_.RealTime != 0 || slot_ == kLinkSlot) return false;
+  if (!SaveDisplaySettings(Shared().Slot(slot_))) return false;
+  view_.DisplaySaved = true;
+  return true;
+}
+
 void TrendWindow::setScaleCount(int count) {
   Shared().ScaleCount = static_cast<std::int16_t>(count);
   SetShownScales(view_, count);
@@ -363,6 +384,11 @@ void TrendWindow::closeEvent(QCloseEvent *event) {
         ShowMessage(this, kCloseQuestion, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
                     {{"@FileName@", name}});
     if (answer == QMessageBox::Cancel) {
+      event->ignore();
+      return;
+    }
+    // Yes saves; a save that fails ends the close, and the window stays.
+    if (answer == QMessageBox::Yes && !saveDisplaySettings()) {
       event->ignore();
       return;
     }

@@ -65,6 +65,12 @@ class TrendWindow : public QWidget {
   void openScaleEdit(int panel);
   // The shown scale panel under a point of Picture2 (pixels), or -1.
   int scalePanelAt(const QPointF &point) const;
+  // After a change of the display settings (detail dialog, event setting): the
+  // tabs take the group names anew, the display is left unsaved and redrawn.
+  void applyDisplayChange();
+  // Writes the slot's flag file; on success the display counts as saved. Not in
+  // a real-time window.
+  bool saveDisplaySettings();
 
   // Cursors and flags (trend_window_cursors.cpp). A cursor command is refused
   // in a real-time window; one that needs a cursor that is not set says so.

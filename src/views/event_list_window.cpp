@@ -67,7 +67,8 @@ class EventGrid : public QTableWidget {
 
 void EventListWindow::SetEventSettingOpener(SettingOpener opener) { Opener() = std::move(opener); }
 void EventListWindow::SetShiftStateSource(std::function<int()> source) {
-  ShiftSource() = std::move(source);
+  ShiftSource() = source ? std::move(source)
+                         : std::function<int()>([] { return ShiftKeyState::Instance().State(); });
 }
 
 EventListWindow::EventListWindow(int slot, QWidget *parent) : QWidget(parent), slot_(slot) {
@@ -115,6 +116,13 @@ void EventListWindow::attachTrend(TrendWindow *trend) {
   if (!trend) return;
   connect(trend, &TrendWindow::eventFound, this, [this](int slot, int kind, int row) {
     if (slot == slot_) selectEvent(kind, row);
+  });
+  // Flags added or removed, and an event text dragged to a new level, show at once.
+  connect(trend, &TrendWindow::flagsChanged, this, [this](int slot) {
+    if (slot == slot_) Refill();
+  });
+  connect(trend, &TrendWindow::eventLevelChanged, this, [this](int slot, int, int) {
+    if (slot == slot_) Refill();
   });
 }
 

@@ -4,6 +4,7 @@
 // event search, cursor moves and tab changes followed, the copies on the
 // clipboard, and both closing with their trend window.
 #include <gtest/gtest.h>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -14,6 +15,7 @@
 #include <QPushButton>
 #include <QTabBar>
 #include <QTableWidget>
+#include <QTimer>
 
 #include "app/desktop_commands.h"
 #include "gui_test_support.h"
@@ -407,3 +409,45 @@ TEST_F(SlotViewsFixture, BetweenCursorsCopyWithTitlesAndOfTheSelection) {
 }
 
 }  // namespace
+
+namespace recscope {
+namespace {
+
+// The desktop program wires cmdSetting to frmEventSet on the list's tab and top row.
+TEST_F(SlotViewsFixture, SettingButtonThroughTheProgramOpensFrmEventSet) {
+  ConnectDesktopCommands(window);  // the fixture's list hooks were set after it
+  EventListWindow *list = OpenList();
+  ASSERT_NE(list, nullptr);
+  list->selectTab(kFlagTab);
+  QString seen;
+  QTimer::singleShot(0, [&seen] {
+    for (QWidget *w : QApplication::topLevelWidgets())
+      if (w->objectName() == "frmEventSet" && w->isVisible()) {
+        seen = w->objectName();
+        w->findChild<QPushButton *>("cmdExit")->click();
+      }
+  });
+  list->findChild<QPushButton *>("cmdSetting")->click();
+  EXPECT_EQ(seen, "frmEventSet");
+  EXPECT_FALSE(trend->view().DisplaySaved);
+}
+
+// A flag added at the cursor through the menu shows in the flag tab at once,
+// and removing the flags empties it.
+TEST_F(SlotViewsFixture, FlagsAddedAndRemovedThroughTheMenuShowInTheList) {
+  EventListWindow *list = OpenList();
+  ASSERT_NE(list, nullptr);
+  list->selectTab(kFlagTab);
+  auto *table = list->findChild<QTableWidget *>("MSFlexGrid1");
+  const int before = table->rowCount();
+  trend->setCursorFromList(1, kFirstTime + 7 * 3600 + 5, true);
+  window.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(trend->parentWidget()));
+  window.runCommand("mnuEditMark");
+  EXPECT_EQ(table->rowCount(), before + 1);
+  window.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(trend->parentWidget()));
+  window.runCommand("mnuEditMarkDel");
+  EXPECT_EQ(table->rowCount(), 0);
+}
+
+}  // namespace
+}  // namespace recscope
