@@ -121,6 +121,8 @@ void ConnectDesktopCommands(MainWindow &window) {
     ApplyMenuSet(frame);
   });
 
+  OnTrend(window, "mnuFileExportImage", &TrendWindow::exportPicture);
+  OnTrend(window, "mnuEditCopyImage", &TrendWindow::copyPicture);
   OnTrend(window, "mnuTimeAll", &TrendWindow::onTimeAll);
   OnTrend(window, "mnuTimeI", &TrendWindow::onEnlarge);
   OnTrend(window, "mnuTimeO", &TrendWindow::onReduce);

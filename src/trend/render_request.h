@@ -12,7 +12,7 @@
 namespace recscope {
 
 struct RenderRequest {
-  SharedState *state = nullptr;
+  const SharedState *state = nullptr;
   int slot = 1;
   int widthPx = 1000;
   int heightPx = 550;

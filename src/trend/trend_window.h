@@ -7,6 +7,7 @@
 
 #include "trend/time_axis.h"
 #include "trend/trend_draw.h"
+#include "trend/trend_export.h"
 #include "trend/trend_view.h"
 
 class QTabBar;
@@ -72,6 +73,14 @@ class TrendWindow : public QWidget {
   // a real-time window.
   bool saveDisplaySettings();
 
+  // The view as a picture (trend_window_export.cpp): saved as PNG or SVG at the
+  // window's size or another through dlgExportPicture, or put on the clipboard at
+  // the window's size. Both draw with the window's own routine.
+  void exportPicture();
+  void copyPicture();
+  // The view drawn at a size of `size` pixels.
+  QImage pictureAt(QSize size) const;
+
   // Cursors and flags (trend_window_cursors.cpp). A cursor command is refused
   // in a real-time window; one that needs a cursor that is not set says so.
   // Moves cursor `cursorNo` to the sample of `t` (its set flag is the caller's);
@@ -118,6 +127,7 @@ class TrendWindow : public QWidget {
   void wheelEvent(QWheelEvent *event) override;
 
  private:
+  TrendExport exportRequest(QSize size) const;
   void Report(int messageId);
   void ScrollTo(int value);
   void LayoutControls();

@@ -4,13 +4,17 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QFile>
+#include <QLineEdit>
 #include <QLocalServer>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -168,6 +172,87 @@ TEST(FileHandoff, NothingListeningMeansNotHandedOver) {
   QTemporaryDir folder;
   EXPECT_FALSE(HandFilesToRunningProgram(folder.path(), {kSample}));
   EXPECT_NE(HandoffName(folder.path()), HandoffName(folder.path() + "/other"));
+}
+
+}  // namespace
+
+namespace {
+
+// Fills dlgExportPicture when it stands and presses OK.
+void AnswerExportDialog(int width, int height, const QString &path) {
+  QTimer::singleShot(0, [=] {
+    for (QWidget *w : QApplication::topLevelWidgets()) {
+      if (w->objectName() != "dlgExportPicture" || !w->isVisible()) continue;
+      w->findChild<QSpinBox *>("txtWidth")->setValue(width);
+      w->findChild<QSpinBox *>("txtHeight")->setValue(height);
+      w->findChild<QLineEdit *>("txtPath")->setText(path);
+      w->findChild<QPushButton *>("cmdOK")->click();
+    }
+  });
+}
+
+struct ExportFixture : HabitsFixture {
+  ExportFixture() {
+    window.show();
+    window.openFiles({kSample});
+    window.mdiArea()->setActiveSubWindow(window.mdiArea()->subWindowList().front());
+  }
+  TrendWindow *Trend() {
+    return qobject_cast<TrendWindow *>(window.mdiArea()->subWindowList().front()->widget());
+  }
+  QTemporaryDir out;
+};
+
+TEST_F(ExportFixture, FileMenuSavesThePictureAsPngAtTheChosenSize) {
+  const QString path = out.filePath("trend.png");
+  AnswerExportDialog(800, 450, path);
+  window.command("mnuFileExportImage")->trigger();
+  QImage saved(path);
+  ASSERT_FALSE(saved.isNull());
+  EXPECT_EQ(saved.size(), QSize(800, 450));
+  // The same routine as the window: the plot holds the record's red channel.
+  int red = 0;
+  for (int y = 0; y < saved.height(); ++y)
+    for (int x = 0; x < saved.width(); ++x)
+      if (saved.pixelColor(x, y) == QColor(255, 0, 0)) ++red;
+  EXPECT_GT(red, 100);
+  EXPECT_TRUE(messages.ids().empty());
+}
+
+TEST_F(ExportFixture, ANameEndingInSvgGivesAnSvgDrawing) {
+  const QString path = out.filePath("trend.SVG");
+  AnswerExportDialog(1200, 700, path);
+  window.command("mnuFileExportImage")->trigger();
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray svg = file.readAll();
+  EXPECT_TRUE(svg.startsWith("<?xml"));
+  EXPECT_TRUE(svg.contains("viewBox=\"0 0 1200 700\""));
+  EXPECT_TRUE(svg.contains("2024/03/04"));
+}
+
+TEST_F(ExportFixture, AFileThatCannotBeWrittenSaysSoAndLeavesNothing) {
+  const QString path = out.filePath("no/such/folder/trend.png");
+  AnswerExportDialog(640, 400, path);
+  window.command("mnuFileExportImage")->trigger();
+  EXPECT_EQ(messages.ids(), std::vector<int>{11107});
+  EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST_F(ExportFixture, CopyPutsTheWindowsPictureOnTheClipboard) {
+  QGuiApplication::clipboard()->clear();
+  window.command("mnuEditCopyImage")->trigger();
+  const QImage copied = QGuiApplication::clipboard()->image();
+  ASSERT_FALSE(copied.isNull());
+  EXPECT_EQ(copied.size(), Trend()->size());
+}
+
+TEST_F(HabitsFixture, PictureCommandsNeedARecord) {
+  EXPECT_FALSE(window.command("mnuFileExportImage")->isEnabled());
+  EXPECT_FALSE(window.command("mnuEditCopyImage")->isEnabled());
+  window.openFiles({kSample});
+  EXPECT_TRUE(window.command("mnuFileExportImage")->isEnabled());
+  EXPECT_TRUE(window.command("mnuEditCopyImage")->isEnabled());
 }
 
 }  // namespace

@@ -12,6 +12,15 @@ QString ControlCaption(const QString &objectName) {
   if (objectName == QLatin1String("mnuFileRecent"))
     return QString::fromUtf8("最近開いたファイル(&R)");
   if (objectName == QLatin1String("mnuViewFullScreen")) return QString::fromUtf8("全画面表示(&U)");
+  if (objectName == QLatin1String("mnuFileExportImage"))
+    return QString::fromUtf8("トレンド画像の保存(&G)...");
+  if (objectName == QLatin1String("mnuEditCopyImage"))
+    return QString::fromUtf8("トレンド画像のコピー(&P)");
+  if (objectName == QLatin1String("dlgExportPicture"))
+    return QString::fromUtf8("トレンド画像の保存");
+  if (objectName == QLatin1String("txtWidth")) return QString::fromUtf8("幅");
+  if (objectName == QLatin1String("txtHeight")) return QString::fromUtf8("高さ");
+  if (objectName == QLatin1String("txtPath")) return QString::fromUtf8("ファイル (PNG / SVG)");
   return {};
 }
 

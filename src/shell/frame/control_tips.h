@@ -10,7 +10,8 @@ namespace recscope {
 QString ControlTip(const QString &objectName);
 
 // The caption of such a control by its objectName: mnuFileRecent (the records
-// opened last), mnuViewFullScreen. An empty text for any other name.
+// opened last), mnuViewFullScreen, mnuFileExportImage, mnuEditCopyImage and the
+// picture export dialog's title and fields. An empty text for any other name.
 QString ControlCaption(const QString &objectName);
 
 }  // namespace recscope

@@ -178,6 +178,9 @@ void MainWindow::UpdateMainMenus() {
             toolBar_->findChild<QAction *>(QStringLiteral("tbButton%1").arg(place.index)))
       button->setEnabled(ToolButtonOn(place.index, state.MenuState));
   }
+  // The picture of a trend needs a record, as printing it does.
+  for (const char *control : {"mnuFileExportImage", "mnuEditCopyImage"})
+    setCommandOn(QString::fromLatin1(control), state.MenuState == 1);
 }
 
 void MainWindow::setAutoFetchStatus(const QString &text) { autoFetchPanel_->setText(text); }

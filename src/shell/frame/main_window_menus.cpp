@@ -68,6 +68,9 @@ void MainWindow::buildMenus() {
   addCommand(file, "mnuFilePrint", 10507);
   addCommand(file, "mnuFileV", 10508);
   file->addSeparator();
+  addCommand(file, "mnuFileExportImage", 0)
+      ->setText(ControlCaption(QStringLiteral("mnuFileExportImage")));
+  file->addSeparator();
   InstallRecentFilesMenu(*this, file);
   file->addSeparator();
   addCommand(file, "mnuFileExit", 10509);
@@ -107,6 +110,9 @@ void MainWindow::buildMenus() {
   edit->addSeparator();
   addCommand(edit, "mnuEditMark", 10519);
   addCommand(edit, "mnuEditMarkDel", 10520);
+  edit->addSeparator();
+  addCommand(edit, "mnuEditCopyImage", 0)
+      ->setText(ControlCaption(QStringLiteral("mnuEditCopyImage")));
   addHiddenCommand(edit, "mnuEditMarkReturn", 0);
 
   QMenu *time = addMenu(nullptr, "mnuTime", 10521);
