@@ -451,3 +451,34 @@ TEST_F(SlotViewsFixture, FlagsAddedAndRemovedThroughTheMenuShowInTheList) {
 
 }  // namespace
 }  // namespace recscope
+
+namespace recscope {
+namespace {
+
+// The window arrangement lays out all four windows of the slot, the
+// between-cursors window last, one above the other.
+TEST_F(SlotViewsFixture, TileOneAboveTheOtherTakesAllFourWindowsOfTheSlot) {
+  window.resize(1400, 1000);
+  for (const char *command : {"mnuWindowMoment", "mnuWindowAramu", "mnuWindowBetweenC"}) {
+    window.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(trend->parentWidget()));
+    window.runCommand(command);
+  }
+  window.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(trend->parentWidget()));
+  window.runCommand("mnuWindowTileHorizontal");
+  QCoreApplication::processEvents();
+  std::vector<int> tops;
+  for (const char *name : {"frmTrend", "frmInstantvalue", "frmEventlist", "CurData"}) {
+    QWidget *view = nullptr;
+    for (QMdiSubWindow *sub : window.mdiArea()->subWindowList())
+      if (sub->widget() && sub->widget()->objectName() == name) view = sub;
+    ASSERT_NE(view, nullptr) << name;
+    tops.push_back(view->geometry().top());
+  }
+  EXPECT_EQ(tops[0], 0);
+  EXPECT_LT(tops[0], tops[1]);
+  EXPECT_LT(tops[1], tops[2]);
+  EXPECT_LT(tops[2], tops[3]);
+}
+
+}  // namespace
+}  // namespace recscope

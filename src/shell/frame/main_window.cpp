@@ -45,7 +45,7 @@ int SlotWindowRank(const QString &kind) {
   if (kind == "frmTrend" || kind == "frmTrend2") return 0;
   if (kind == "frmInstantvalue") return 1;
   if (kind == "frmEventlist" || kind == "frmAlarmList") return 2;
-  if (kind == "frmCurData") return 3;
+  if (kind == "CurData" || kind == "frmCurData") return 3;
   return -1;
 }
 
