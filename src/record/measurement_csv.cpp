@@ -138,7 +138,7 @@ char *PutBinaryTime(char *p, std::int64_t t, DayText &days) {
 // Writes the data rows of the whole record over the parts of the plan.
 class RowWriter {
  public:
-  RowWriter(const RecordFileInfo &info, const CsvFormat &format) : info_(info), format_(format) {
+  RowWriter(const RecordFileInfo &info, const CsvFormat &format) : format_(format) {
     std::map<std::string, std::size_t> byKey;
     for (const ChannelInfo &c : info.Channels) {
       const std::string key = TableKey(c);
@@ -214,7 +214,6 @@ class RowWriter {
     return p + 2;
   }
 
-  const RecordFileInfo &info_;
   const CsvFormat &format_;
   std::vector<UnitTable> tables_;
   std::vector<const UnitEntry *> unitTables_;
