@@ -35,8 +35,10 @@ std::string ProgramFilePath(const std::string &folder, const std::string &name) 
 }
 
 void SetSeparators(SharedState &state, const std::string &decimalChar) {
-  state.DecimalChar = decimalChar.empty() ? "." : decimalChar.substr(0, 1);
-  state.ListSeparator = state.DecimalChar == "." ? "," : ";";
+  // One character of the locale's text; assigned in place, which also keeps
+  // GCC 12's overlap warning about string copies quiet.
+  state.DecimalChar.assign(1, decimalChar.empty() ? '.' : decimalChar[0]);
+  state.ListSeparator.assign(1, state.DecimalChar == "." ? ',' : ';');
 }
 
 std::string LocaleDecimalChar() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "record/record_file_info.h"
+#include "totalize/totalize_window.h"
 
 namespace recscope {
 
@@ -40,6 +41,9 @@ struct SharedState {
   std::int16_t CurrentFile = 1;
   std::int16_t OpenFileCount = 0;
   std::int16_t OpenAdditionCount = 0;
+  // The totalize slots 1 to 16 (index 0 is not used) and the current one.
+  std::array<TotalizeWindow, kTotalizeSlotCount + 1> TotalizeSlots{};
+  std::int16_t CurrentAddition = 1;
   std::int16_t MenuState = 5;
   std::int16_t LevelBase = 10;
   std::int32_t LevelRowLimit = 6000;
@@ -65,6 +69,10 @@ struct SharedState {
 
   RecordSlot &Slot(int slot) { return Slots.at(static_cast<std::size_t>(slot)); }
   const RecordSlot &Slot(int slot) const { return Slots.at(static_cast<std::size_t>(slot)); }
+  TotalizeWindow &Totalize(int slot) { return TotalizeSlots.at(static_cast<std::size_t>(slot)); }
+  const TotalizeWindow &Totalize(int slot) const {
+    return TotalizeSlots.at(static_cast<std::size_t>(slot));
+  }
 };
 
 // The one shared state of the process.

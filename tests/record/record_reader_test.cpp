@@ -354,7 +354,9 @@ TEST(RecordReaderRobustness, EveryTruncationOfAValidFileReadsWithoutCrash) {
       // Only a cut at the end of a whole record leaves a valid (shorter) file.
       const bool wholeRecords = cut > start && (cut - start) % length == 0;
       EXPECT_EQ(r.result == -1, wholeRecords) << "format " << format << " cut " << cut;
-      if (wholeRecords) EXPECT_EQ(r.info.RecordCount, static_cast<int>((cut - start) / length));
+      if (wholeRecords) {
+        EXPECT_EQ(r.info.RecordCount, static_cast<int>((cut - start) / length));
+      }
     }
   }
 }
