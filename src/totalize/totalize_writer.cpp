@@ -37,20 +37,20 @@ std::string TotalizeValueField(std::int32_t raw, int decimals) {
   return RightAligned(PointText(raw, decimals), 11);
 }
 
-std::string TotalizeHeaderBytes(const TotalizeFileSpec &spec, bool binary) {
+std::string TotalizeHeaderBytes(const TotalizeFileContent &content, bool binary) {
   std::string out;
-  out += FixedCp932(spec.HeaderText1, 34);
-  out += FixedCp932(spec.HeaderText2, 34);
-  out += FixedCp932(spec.HeaderText3, 20);
-  out += FixedCp932(spec.VersionText, 14);
-  const int n = static_cast<int>(spec.Channels.size());
-  const std::size_t tableSize = spec.GroupCount == 8 ? 8 : 4;
+  out += FixedCp932(content.HeaderText1, 34);
+  out += FixedCp932(content.HeaderText2, 34);
+  out += FixedCp932(content.HeaderText3, 20);
+  out += FixedCp932(content.VersionText, 14);
+  const int n = static_cast<int>(content.Channels.size());
+  const std::size_t tableSize = content.GroupCount == 8 ? 8 : 4;
   if (binary) {
     PutU8(out, 0);  // the mark of the binary encoding
     PutU8(out, n);
     out.append(3, '\0');
-    PutU8(out, spec.GroupCount);
-    for (const TotalizeChannelSpec &c : spec.Channels) {
+    PutU8(out, content.GroupCount);
+    for (const TotalizeChannelContent &c : content.Channels) {
       PutU8(out, c.ChannelNo);
       out += FixedCp932(c.Tag, 8);
       PutU8(out, c.Setting1);
@@ -61,23 +61,23 @@ std::string TotalizeHeaderBytes(const TotalizeFileSpec &spec, bool binary) {
       PutU8(out, 0);
     }
     for (std::size_t g = 0; g < tableSize; ++g) {
-      const TotalizeGroupSpec empty;
-      const TotalizeGroupSpec &group = g < spec.Groups.size() ? spec.Groups[g] : empty;
+      const TotalizeGroupContent empty;
+      const TotalizeGroupContent &group = g < content.Groups.size() ? content.Groups[g] : empty;
       out += FixedCp932(group.GroupName, 16);
       for (int member : group.Members) PutU8(out, member);
     }
-    PutI16(out, spec.EndMark);
+    PutI16(out, content.EndMark);
     return out;
   }
   // The count line: channel count at 102, group count at 114, LF at 135.
   std::string line = ZeroNumber(n, 2);
   line.resize(12, ' ');
-  line += spec.TextGroupCount.empty() ? ZeroNumber(spec.GroupCount, 2)
-                                      : spec.TextGroupCount.substr(0, 2);
+  line += content.TextGroupCount.empty() ? ZeroNumber(content.GroupCount, 2)
+                                         : content.TextGroupCount.substr(0, 2);
   line.resize(32, ' ');
   line += "\r\n";
   out += line;
-  for (const TotalizeChannelSpec &c : spec.Channels) {
+  for (const TotalizeChannelContent &c : content.Channels) {
     std::string l = "CH" + ZeroNumber(c.ChannelNo, 2) + "," + FixedCp932(c.Tag, 8) + "," +
                     ZeroNumber(c.Setting1, 2) + "," + ZeroNumber(c.ActionType, 2) + "," +
                     FixedCp932(c.Unit, 7) + "," + RightAligned(PointText(c.Scale, c.Decimals), 7) +
@@ -85,8 +85,8 @@ std::string TotalizeHeaderBytes(const TotalizeFileSpec &spec, bool binary) {
     out += l;
   }
   for (std::size_t g = 0; g < tableSize; ++g) {
-    const TotalizeGroupSpec empty;
-    const TotalizeGroupSpec &group = g < spec.Groups.size() ? spec.Groups[g] : empty;
+    const TotalizeGroupContent empty;
+    const TotalizeGroupContent &group = g < content.Groups.size() ? content.Groups[g] : empty;
     std::string l = "G" + std::to_string(g + 1) + "," + FixedCp932(group.GroupName, 16);
     for (int member : group.Members) l += "," + ZeroNumber(member, 2);
     l += "\r\n";
@@ -95,9 +95,9 @@ std::string TotalizeHeaderBytes(const TotalizeFileSpec &spec, bool binary) {
   return out;
 }
 
-void AppendTotalizeRecord(std::string &out, const TotalizeFileSpec &spec, bool binary,
-                          const TotalizeRecordSpec &record) {
-  const std::size_t n = spec.Channels.size();
+void AppendTotalizeRecord(std::string &out, const TotalizeFileContent &content, bool binary,
+                          const TotalizeRecordContent &record) {
+  const std::size_t n = content.Channels.size();
   if (binary) {
     PutI32(out, record.StartTime);
     PutI32(out, record.EndTime);
@@ -108,23 +108,23 @@ void AppendTotalizeRecord(std::string &out, const TotalizeFileSpec &spec, bool b
   out += RecordTimeText(record.StartTime) + "," + RecordTimeText(record.EndTime) + ",";
   for (std::size_t i = 0; i < n; ++i) {
     out += TotalizeValueField(i < record.Values.size() ? record.Values[i] : 0,
-                              spec.Channels[i].Decimals);
+                              content.Channels[i].Decimals);
     out += i + 1 < n ? "," : "\r";
   }
   if (n == 0) out += "\r";
   out += "\n";
 }
 
-std::string TotalizeFileBytes(const TotalizeFileSpec &spec, bool binary,
-                              const std::vector<TotalizeRecordSpec> &records) {
-  std::string out = TotalizeHeaderBytes(spec, binary);
-  for (const TotalizeRecordSpec &r : records) AppendTotalizeRecord(out, spec, binary, r);
+std::string TotalizeFileBytes(const TotalizeFileContent &content, bool binary,
+                              const std::vector<TotalizeRecordContent> &records) {
+  std::string out = TotalizeHeaderBytes(content, binary);
+  for (const TotalizeRecordContent &r : records) AppendTotalizeRecord(out, content, binary, r);
   return out;
 }
 
-bool WriteTotalizeFile(const std::string &path, const TotalizeFileSpec &spec, bool binary,
-                       const std::vector<TotalizeRecordSpec> &records) {
-  return WriteWholeFile(path, TotalizeFileBytes(spec, binary, records));
+bool WriteTotalizeFile(const std::string &path, const TotalizeFileContent &content, bool binary,
+                       const std::vector<TotalizeRecordContent> &records) {
+  return WriteWholeFile(path, TotalizeFileBytes(content, binary, records));
 }
 
 }  // namespace recscope

@@ -15,14 +15,14 @@ constexpr std::int32_t kTotalizeBase = 1767312000;
 
 // Three channels with numbers 1, 5 and 9 and 1, 0 and 3 decimals; group 1 holds
 // 1 and 5, group 2 holds 9 and 1 with empty places between.
-inline TotalizeFileSpec MakeTotalizeSpec(int groupCount = 4) {
-  TotalizeFileSpec spec;
-  spec.HeaderText1 = "TTEST01.FDT";
-  spec.HeaderText2 = "ZNQ-TEST";
-  spec.HeaderText3 = "SNo.12345678";
-  spec.VersionText = "Ver.01.02";
-  spec.GroupCount = groupCount;
-  TotalizeChannelSpec a;
+inline TotalizeFileContent MakeTotalizeContent(int groupCount = 4) {
+  TotalizeFileContent content;
+  content.HeaderText1 = "TTEST01.FDT";
+  content.HeaderText2 = "ZNQ-TEST";
+  content.HeaderText3 = "SNo.12345678";
+  content.VersionText = "Ver.01.02";
+  content.GroupCount = groupCount;
+  TotalizeChannelContent a;
   a.ChannelNo = 1;
   a.Tag = "FLOW1";
   a.Setting1 = 3;
@@ -30,7 +30,7 @@ inline TotalizeFileSpec MakeTotalizeSpec(int groupCount = 4) {
   a.Unit = "m3";
   a.Scale = 1000;
   a.Decimals = 1;
-  TotalizeChannelSpec b;
+  TotalizeChannelContent b;
   b.ChannelNo = 5;
   b.Tag = "PUMP";
   b.Setting1 = 0;
@@ -38,7 +38,7 @@ inline TotalizeFileSpec MakeTotalizeSpec(int groupCount = 4) {
   b.Unit = "count";
   b.Scale = 1;
   b.Decimals = 0;
-  TotalizeChannelSpec c;
+  TotalizeChannelContent c;
   c.ChannelNo = 9;
   c.Tag = "RUN";
   c.Setting1 = 12;
@@ -46,29 +46,29 @@ inline TotalizeFileSpec MakeTotalizeSpec(int groupCount = 4) {
   c.Unit = "h";
   c.Scale = -1234;
   c.Decimals = 3;
-  spec.Channels = {a, b, c};
-  TotalizeGroupSpec g1;
+  content.Channels = {a, b, c};
+  TotalizeGroupContent g1;
   g1.GroupName = "LINE A";
   g1.Members = {1, 5, 0, 0, 0, 0, 0, 0, 0, 0};
-  TotalizeGroupSpec g2;
+  TotalizeGroupContent g2;
   g2.GroupName = "LINE B";
   g2.Members = {0, 9, 0, 1, 0, 0, 0, 0, 0, 0};
-  spec.Groups = {g1, g2};
-  return spec;
+  content.Groups = {g1, g2};
+  return content;
 }
 
 // Record i (from 1): one hour from base + (i - 1) hours, values 10i + 1, -i and
 // 123456 + i.
-inline TotalizeRecordSpec MakeTotalizeRecord(int i) {
-  TotalizeRecordSpec r;
+inline TotalizeRecordContent MakeTotalizeRecord(int i) {
+  TotalizeRecordContent r;
   r.StartTime = kTotalizeBase + (i - 1) * 3600;
   r.EndTime = r.StartTime + 3600;
   r.Values = {10 * i + 1, -i, 123456 + i};
   return r;
 }
 
-inline std::vector<TotalizeRecordSpec> MakeTotalizeRecords(int count) {
-  std::vector<TotalizeRecordSpec> out;
+inline std::vector<TotalizeRecordContent> MakeTotalizeRecords(int count) {
+  std::vector<TotalizeRecordContent> out;
   for (int i = 1; i <= count; ++i) out.push_back(MakeTotalizeRecord(i));
   return out;
 }

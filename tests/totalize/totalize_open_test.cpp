@@ -16,9 +16,9 @@
 namespace recscope {
 namespace {
 
+using testing_support::MakeTotalizeContent;
 using testing_support::MakeTotalizeRecord;
 using testing_support::MakeTotalizeRecords;
-using testing_support::MakeTotalizeSpec;
 using testing_support::TotalizeFolder;
 
 class TotalizeOpen : public ::testing::Test {
@@ -31,8 +31,8 @@ class TotalizeOpen : public ::testing::Test {
     return path;
   }
   std::string WriteFile(const std::string &name, bool binary, int records,
-                        const TotalizeFileSpec &spec = MakeTotalizeSpec()) {
-    return Write(name, TotalizeFileBytes(spec, binary, MakeTotalizeRecords(records)));
+                        const TotalizeFileContent &content = MakeTotalizeContent()) {
+    return Write(name, TotalizeFileBytes(content, binary, MakeTotalizeRecords(records)));
   }
 
   // Opens and expects a refusal with `messageId`; the slot taken stays free.
@@ -133,7 +133,7 @@ TEST_F(TotalizeOpen, TextFileReplacesThePointByTheMachinesDecimalChar) {
 }
 
 TEST_F(TotalizeOpen, BinaryGroupCountZeroHasFourGroups) {
-  const std::string path = WriteFile("M0001.FDT", true, 2, MakeTotalizeSpec(0));
+  const std::string path = WriteFile("M0001.FDT", true, 2, MakeTotalizeContent(0));
   ASSERT_TRUE(OpenTotalizeFile(state, path).Ok());
   const TotalizeWindow &t = state.Totalize(1);
   EXPECT_EQ(t.GroupCount, 4);
@@ -146,11 +146,11 @@ TEST_F(TotalizeOpen, GroupCountEightHasEightEntries) {
   for (bool binary : {true, false}) {
     SCOPED_TRACE(binary);
     ResetSharedState(state);
-    TotalizeFileSpec spec = MakeTotalizeSpec(8);
-    spec.Groups.resize(8);
-    spec.Groups[7].GroupName = "LAST";
-    spec.Groups[7].Members = {9, 0, 0, 0, 0, 0, 0, 0, 0, 5};
-    const std::string path = WriteFile("Y0001.FDT", binary, 4, spec);
+    TotalizeFileContent content = MakeTotalizeContent(8);
+    content.Groups.resize(8);
+    content.Groups[7].GroupName = "LAST";
+    content.Groups[7].Members = {9, 0, 0, 0, 0, 0, 0, 0, 0, 5};
+    const std::string path = WriteFile("Y0001.FDT", binary, 4, content);
     ASSERT_TRUE(OpenTotalizeFile(state, path).Ok());
     const TotalizeWindow &t = state.Totalize(1);
     EXPECT_EQ(t.GroupCount, 8);
@@ -164,16 +164,16 @@ TEST_F(TotalizeOpen, GroupCountEightHasEightEntries) {
 // One channel numbered 1 and g 5: the fifth entry is read from the end mark and
 // the data, while the data start is reckoned with four entries.
 TEST_F(TotalizeOpen, GroupCountFiveReadsFiveEntriesButDataStartWithFour) {
-  TotalizeFileSpec spec = MakeTotalizeSpec(5);
-  spec.Channels.resize(1);
-  spec.Groups = {spec.Groups[0]};
-  spec.Groups[0].Members = {1, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-  TotalizeRecordSpec first{
+  TotalizeFileContent content = MakeTotalizeContent(5);
+  content.Channels.resize(1);
+  content.Groups = {content.Groups[0]};
+  content.Groups[0].Members = {1, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+  TotalizeRecordContent first{
       testing_support::kTotalizeBase, testing_support::kTotalizeBase + 60, {77}};
   // Bytes 14 to 23 behind the end mark (the fifth entry's members) are bytes 2
   // to 11 of this record: 0, 0, 1, 0, 0, 0, 1, 0, 0, 0.
-  TotalizeRecordSpec second{0, 1, {1}};
-  const std::string path = Write("R0001.FDT", TotalizeFileBytes(spec, true, {first, second}));
+  TotalizeRecordContent second{0, 1, {1}};
+  const std::string path = Write("R0001.FDT", TotalizeFileBytes(content, true, {first, second}));
   const TotalizeOpenResult r = OpenTotalizeFile(state, path);
   ASSERT_TRUE(r.Ok()) << r.MessageId;
   const TotalizeWindow &t = state.Totalize(1);
@@ -189,8 +189,8 @@ TEST_F(TotalizeOpen, GroupCountFiveReadsFiveEntriesButDataStartWithFour) {
   // With a value whose bytes are no channel number, the same reading refuses
   // the file for its group table.
   ResetSharedState(state);
-  TotalizeRecordSpec other{0, 1, {7}};
-  const std::string bad = Write("R0002.FDT", TotalizeFileBytes(spec, true, {first, other}));
+  TotalizeRecordContent other{0, 1, {7}};
+  const std::string bad = Write("R0002.FDT", TotalizeFileBytes(content, true, {first, other}));
   ExpectRefused(bad, 11122);
 }
 
@@ -223,7 +223,7 @@ TEST_F(TotalizeOpen, TwelveHundredThreeRecordsMakeTwoPagesTheSecondOfOneRow) {
     ASSERT_TRUE(ReadTotalizePage(t, state.DecimalChar));
     EXPECT_EQ(t.PageRows, 1);
     ASSERT_EQ(t.Rows.size(), 1u);
-    const TotalizeRecordSpec last = MakeTotalizeRecord(1203);
+    const TotalizeRecordContent last = MakeTotalizeRecord(1203);
     EXPECT_EQ(t.Rows[0].StartText, RecordTimeText(last.StartTime));
     EXPECT_EQ(t.Rows[0].Values[0], binary ? "1203.1" : "     1203.1");
     t.CurrentPage = 1;
@@ -258,9 +258,9 @@ TEST_F(TotalizeOpen, EachPageReadOpensTheFileAgain) {
   TotalizeWindow &t = state.Totalize(1);
   EXPECT_EQ(t.Rows[0].Values[1], "-1");
   // The same length with other values: the next read shows them.
-  std::vector<TotalizeRecordSpec> records = MakeTotalizeRecords(5);
+  std::vector<TotalizeRecordContent> records = MakeTotalizeRecords(5);
   records[0].Values[1] = 4321;
-  ASSERT_TRUE(WriteWholeFile(path, TotalizeFileBytes(MakeTotalizeSpec(), true, records)));
+  ASSERT_TRUE(WriteWholeFile(path, TotalizeFileBytes(MakeTotalizeContent(), true, records)));
   ASSERT_TRUE(ReadTotalizePage(t, "."));
   EXPECT_EQ(t.Rows[0].Values[1], "4321");
   // A file that has gone away is found at the next read.
@@ -280,9 +280,9 @@ TEST_F(TotalizeOpen, ProgressRunsOverThePagesRecords) {
 }
 
 TEST_F(TotalizeOpen, EndMarkFFFEIsRefusedEvenAtTheRightLength) {
-  TotalizeFileSpec spec = MakeTotalizeSpec();
-  spec.EndMark = 0xFFFE;
-  const std::string path = WriteFile("T0004.FDT", true, 3, spec);
+  TotalizeFileContent content = MakeTotalizeContent();
+  content.EndMark = 0xFFFE;
+  const std::string path = WriteFile("T0004.FDT", true, 3, content);
   EXPECT_EQ(std::filesystem::file_size(path), 110u + 66 + 104 + 3 * 20);
   ExpectRefused(path, 11120);
 }
@@ -295,33 +295,33 @@ TEST_F(TotalizeOpen, FileEndingRightAfterTheTablesHasNoData) {
 TEST_F(TotalizeOpen, HalfARecordIsAWrongDataLength) {
   for (bool binary : {true, false}) {
     SCOPED_TRACE(binary);
-    const TotalizeFileSpec spec = MakeTotalizeSpec();
-    std::string bytes = TotalizeFileBytes(spec, binary, MakeTotalizeRecords(2));
+    const TotalizeFileContent content = MakeTotalizeContent();
+    std::string bytes = TotalizeFileBytes(content, binary, MakeTotalizeRecords(2));
     const std::size_t half = static_cast<std::size_t>(TotalizeRecordLength(3, binary)) / 2;
     // The tables alone with half a record, and two records with half a third.
-    const std::size_t tables = TotalizeHeaderBytes(spec, binary).size();
+    const std::size_t tables = TotalizeHeaderBytes(content, binary).size();
     ExpectRefused(Write(binary ? "T0007.FDT" : "T0008.FDT", bytes.substr(0, tables + half)), 11123);
     std::string third;
-    AppendTotalizeRecord(third, spec, binary, MakeTotalizeRecord(3));
+    AppendTotalizeRecord(third, content, binary, MakeTotalizeRecord(3));
     ExpectRefused(Write(binary ? "T0009.FDT" : "T0010.FDT", bytes + third.substr(0, half)), 11123);
   }
 }
 
 TEST_F(TotalizeOpen, NoChannelsIsRefused) {
-  TotalizeFileSpec spec = MakeTotalizeSpec();
-  spec.Channels.clear();
-  spec.Groups.clear();
-  ExpectRefused(WriteFile("T0011.FDT", true, 2, spec), 11121);
-  ExpectRefused(WriteFile("T0012.FDT", false, 2, spec), 11121);
+  TotalizeFileContent content = MakeTotalizeContent();
+  content.Channels.clear();
+  content.Groups.clear();
+  ExpectRefused(WriteFile("T0011.FDT", true, 2, content), 11121);
+  ExpectRefused(WriteFile("T0012.FDT", false, 2, content), 11121);
 }
 
 TEST_F(TotalizeOpen, GroupMemberZeroIsNeitherCheckedNorCounted) {
-  TotalizeFileSpec spec = MakeTotalizeSpec();
-  spec.Groups[0].Members = {0, 9, 0, 0, 5, 0, 0, 0, 0, 1};
+  TotalizeFileContent content = MakeTotalizeContent();
+  content.Groups[0].Members = {0, 9, 0, 0, 5, 0, 0, 0, 0, 1};
   for (bool binary : {true, false}) {
     SCOPED_TRACE(binary);
     ResetSharedState(state);
-    ASSERT_TRUE(OpenTotalizeFile(state, WriteFile("W0001.FDT", binary, 1, spec)).Ok());
+    ASSERT_TRUE(OpenTotalizeFile(state, WriteFile("W0001.FDT", binary, 1, content)).Ok());
     const TotalizeGroup &g = state.Totalize(1).Groups[0];
     EXPECT_EQ(g.MemberCount, 3);
     EXPECT_EQ(g.Members, (std::array<std::int16_t, 10>{0, 9, 0, 0, 5, 0, 0, 0, 0, 1}));
@@ -329,18 +329,18 @@ TEST_F(TotalizeOpen, GroupMemberZeroIsNeitherCheckedNorCounted) {
 }
 
 TEST_F(TotalizeOpen, MemberWhoseChannelIsMissingRefusesTheWholeFile) {
-  TotalizeFileSpec spec = MakeTotalizeSpec();
-  spec.Groups.resize(3);
-  spec.Groups[2].Members = {1, 5, 9, 2, 0, 0, 0, 0, 0, 0};  // there is no channel 2
-  ExpectRefused(WriteFile("T0013.FDT", true, 2, spec), 11122);
-  ExpectRefused(WriteFile("T0014.FDT", false, 2, spec), 11122);
+  TotalizeFileContent content = MakeTotalizeContent();
+  content.Groups.resize(3);
+  content.Groups[2].Members = {1, 5, 9, 2, 0, 0, 0, 0, 0, 0};  // there is no channel 2
+  ExpectRefused(WriteFile("T0013.FDT", true, 2, content), 11122);
+  ExpectRefused(WriteFile("T0014.FDT", false, 2, content), 11122);
 }
 
 TEST_F(TotalizeOpen, TruncatedFilesAreRefusedAsWrongFiles) {
   for (bool binary : {true, false}) {
     SCOPED_TRACE(binary);
-    const TotalizeFileSpec spec = MakeTotalizeSpec();
-    const std::string tables = TotalizeHeaderBytes(spec, binary);
+    const TotalizeFileContent content = MakeTotalizeContent();
+    const std::string tables = TotalizeHeaderBytes(content, binary);
     const std::size_t header = binary ? 108 : 136;
     const std::size_t channels = header + (binary ? 22 : 40) * 3;
     // Within the header, within the channel table, within the group table.
@@ -351,12 +351,12 @@ TEST_F(TotalizeOpen, TruncatedFilesAreRefusedAsWrongFiles) {
     }
   }
   // A binary file that stops inside the end mark.
-  const std::string binaryTables = TotalizeHeaderBytes(MakeTotalizeSpec(), true);
+  const std::string binaryTables = TotalizeHeaderBytes(MakeTotalizeContent(), true);
   ExpectRefused(Write("T0016.FDT", binaryTables.substr(0, binaryTables.size() - 1)), 11120);
 }
 
 TEST_F(TotalizeOpen, WrongKindLetterOrExtensionIsRefusedBeforeAnySlotIsTaken) {
-  const std::string bytes = TotalizeFileBytes(MakeTotalizeSpec(), true, MakeTotalizeRecords(2));
+  const std::string bytes = TotalizeFileBytes(MakeTotalizeContent(), true, MakeTotalizeRecords(2));
   state.CurrentAddition = 5;
   ExpectRefused(Write("S0001.FDT", bytes), 11112);
   ExpectRefused(Write("A0001.FDT", bytes), 11112);
@@ -370,28 +370,28 @@ TEST_F(TotalizeOpen, WrongKindLetterOrExtensionIsRefusedBeforeAnySlotIsTaken) {
 TEST_F(TotalizeOpen, MissingFileIsAWrongFile) { ExpectRefused(folder.Path("T9999.FDT"), 11120); }
 
 TEST_F(TotalizeOpen, TextHeaderWithoutLineFeedAtItsEndIsRefused) {
-  std::string bytes = TotalizeFileBytes(MakeTotalizeSpec(), false, MakeTotalizeRecords(2));
+  std::string bytes = TotalizeFileBytes(MakeTotalizeContent(), false, MakeTotalizeRecords(2));
   ASSERT_EQ(bytes[135], '\n');
   bytes[135] = ' ';
   ExpectRefused(Write("T0017.FDT", bytes), 11120);
 }
 
 TEST_F(TotalizeOpen, TextGroupCountThatIsNoNumberMeansFour) {
-  TotalizeFileSpec spec = MakeTotalizeSpec();
-  spec.TextGroupCount = "xx";
-  ASSERT_TRUE(OpenTotalizeFile(state, WriteFile("T0018.FDT", false, 2, spec)).Ok());
+  TotalizeFileContent content = MakeTotalizeContent();
+  content.TextGroupCount = "xx";
+  ASSERT_TRUE(OpenTotalizeFile(state, WriteFile("T0018.FDT", false, 2, content)).Ok());
   EXPECT_EQ(state.Totalize(1).GroupCount, 4);
   EXPECT_EQ(state.Totalize(1).Groups[1].MemberCount, 2);
 }
 
 TEST_F(TotalizeOpen, GroupCountAboveEightIsRefused) {
-  TotalizeFileSpec spec = MakeTotalizeSpec(9);
-  ExpectRefused(WriteFile("T0019.FDT", true, 40, spec), 11120);
-  ExpectRefused(WriteFile("T0020.FDT", false, 40, spec), 11120);
+  TotalizeFileContent content = MakeTotalizeContent(9);
+  ExpectRefused(WriteFile("T0019.FDT", true, 40, content), 11120);
+  ExpectRefused(WriteFile("T0020.FDT", false, 40, content), 11120);
 }
 
 TEST_F(TotalizeOpen, TextNumberFieldsThatDoNotParseAreRefused) {
-  const std::string good = TotalizeFileBytes(MakeTotalizeSpec(), false, MakeTotalizeRecords(2));
+  const std::string good = TotalizeFileBytes(MakeTotalizeContent(), false, MakeTotalizeRecords(2));
   const std::size_t channel2 = 136 + 40;
   const std::size_t groups = 136 + 120;
   const std::size_t data = groups + 4 * 51;

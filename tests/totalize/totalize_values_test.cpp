@@ -96,8 +96,9 @@ TEST(TotalizeValueText, MachineDecimalCharacterStandsForThePoint) {
 }
 
 TEST(TotalizeWriter, BinaryLayoutHasItsOffsetsAndEndMark) {
-  const TotalizeFileSpec spec = testing_support::MakeTotalizeSpec(0);
-  const std::string bytes = TotalizeFileBytes(spec, true, testing_support::MakeTotalizeRecords(2));
+  const TotalizeFileContent content = testing_support::MakeTotalizeContent(0);
+  const std::string bytes =
+      TotalizeFileBytes(content, true, testing_support::MakeTotalizeRecords(2));
   const std::size_t dataStart = 110 + 22 * 3 + 26 * 4;
   ASSERT_EQ(bytes.size(), dataStart + 2 * (8 + 4 * 3));
   EXPECT_EQ(bytes.substr(0, 11), "TTEST01.FDT");
@@ -114,8 +115,9 @@ TEST(TotalizeWriter, BinaryLayoutHasItsOffsetsAndEndMark) {
 }
 
 TEST(TotalizeWriter, TextLayoutHasFixedLineLengths) {
-  const TotalizeFileSpec spec = testing_support::MakeTotalizeSpec(8);
-  const std::string bytes = TotalizeFileBytes(spec, false, testing_support::MakeTotalizeRecords(1));
+  const TotalizeFileContent content = testing_support::MakeTotalizeContent(8);
+  const std::string bytes =
+      TotalizeFileBytes(content, false, testing_support::MakeTotalizeRecords(1));
   const std::size_t dataStart = 136 + 40 * 3 + 51 * 8;
   ASSERT_EQ(bytes.size(), dataStart + 41 + 12 * 3);
   EXPECT_EQ(bytes.substr(102, 2), "03");
