@@ -288,18 +288,31 @@ int CheckTotalizeSize(const ByteSource &source, TotalizeWindow &slot) {
   return kTotalizeValid;
 }
 
-bool ReadTotalizePageBinary(const ByteSource &source, TotalizeWindow &slot,
-                            const std::string &decimalChar, const TotalizeProgress &progress) {
-  std::int32_t rows = 0;
+namespace {
+
+// The bytes of the current page read in one go, and its rows made empty for
+// them; false when the page does not lie in the file or the channel table is short.
+bool StartPage(const ByteSource &source, TotalizeWindow &slot, const TotalizeProgress &progress,
+               std::int32_t &rows, std::string &bytes) {
   std::int64_t offset = 0;
   if (!PagePlace(slot, rows, offset)) return false;
   if (slot.Channels.size() != static_cast<std::size_t>(slot.ChannelCount)) return false;
   const auto length = static_cast<std::size_t>(slot.RecordLength);
-  std::string b;
-  if (!source.Read(offset, length * static_cast<std::size_t>(rows), b)) return false;
+  if (!source.Read(offset, length * static_cast<std::size_t>(rows), bytes)) return false;
   slot.Rows.assign(static_cast<std::size_t>(rows), TotalizeRow{});
   slot.PageRows = 0;
   if (progress) progress(0, rows);
+  return true;
+}
+
+}  // namespace
+
+bool ReadTotalizePageBinary(const ByteSource &source, TotalizeWindow &slot,
+                            const std::string &decimalChar, const TotalizeProgress &progress) {
+  std::int32_t rows = 0;
+  std::string b;
+  if (!StartPage(source, slot, progress, rows, b)) return false;
+  const auto length = static_cast<std::size_t>(slot.RecordLength);
   for (std::size_t r = 0; r < slot.Rows.size(); ++r) {
     TotalizeRow &row = slot.Rows[r];
     const std::size_t at = r * length;
@@ -318,15 +331,9 @@ bool ReadTotalizePageBinary(const ByteSource &source, TotalizeWindow &slot,
 bool ReadTotalizePageText(const ByteSource &source, TotalizeWindow &slot,
                           const std::string &decimalChar, const TotalizeProgress &progress) {
   std::int32_t rows = 0;
-  std::int64_t offset = 0;
-  if (!PagePlace(slot, rows, offset)) return false;
-  if (slot.Channels.size() != static_cast<std::size_t>(slot.ChannelCount)) return false;
-  const auto length = static_cast<std::size_t>(slot.RecordLength);
   std::string b;
-  if (!source.Read(offset, length * static_cast<std::size_t>(rows), b)) return false;
-  slot.Rows.assign(static_cast<std::size_t>(rows), TotalizeRow{});
-  slot.PageRows = 0;
-  if (progress) progress(0, rows);
+  if (!StartPage(source, slot, progress, rows, b)) return false;
+  const auto length = static_cast<std::size_t>(slot.RecordLength);
   for (std::size_t r = 0; r < slot.Rows.size(); ++r) {
     TotalizeRow &row = slot.Rows[r];
     const std::string_view line = std::string_view(b).substr(r * length, length);
