@@ -17,6 +17,8 @@
 namespace recscope {
 namespace {
 
+using testing_support::AlarmHeader;
+using testing_support::BinaryAlarm;
 using testing_support::FixedWidth;
 using testing_support::MakeInfo;
 using testing_support::MakeRecords;
@@ -26,23 +28,6 @@ using testing_support::TempFolder;
 
 const std::string kCrLf = "\r\n";
 constexpr std::int32_t kHour = 1700002800;  // 2023/11/14 23:00:00
-
-std::string AlarmHeader() {
-  return FixedWidth("ATEST01.FDT", 32) + kCrLf + FixedWidth("ZNQ-TEST", 32) + kCrLf +
-         FixedWidth("SNo.12345678", 20) + FixedWidth("Ver.01.02", 12) + kCrLf;
-}
-
-std::string BinaryAlarm(std::int32_t time, int channel) {
-  std::string e;
-  PutI32(e, time);
-  e += 'A';
-  PutU8(e, channel);
-  PutU8(e, 1);
-  PutU8(e, 1);
-  PutU8(e, 1);
-  e.resize(38, '\0');
-  return e;
-}
 
 class FileCoupling : public ::testing::Test {
  protected:

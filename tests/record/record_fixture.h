@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "record/record_fields.h"
 #include "record/record_file_info.h"
 #include "record/record_writer.h"
 
@@ -122,5 +123,25 @@ class TempFolder {
  private:
   std::filesystem::path path_;
 };
+
+// The header region of a test alarm file, and one binary alarm row: channel
+// `channel`, alarm 1, raised.
+inline std::string AlarmHeader() {
+  const std::string crLf = "\r\n";
+  return FixedWidth("ATEST01.FDT", 32) + crLf + FixedWidth("ZNQ-TEST", 32) + crLf +
+         FixedWidth("SNo.12345678", 20) + FixedWidth("Ver.01.02", 12) + crLf;
+}
+
+inline std::string BinaryAlarm(std::int32_t time, int channel) {
+  std::string e;
+  PutI32(e, time);
+  e += 'A';
+  PutU8(e, channel);
+  PutU8(e, 1);
+  PutU8(e, 1);
+  PutU8(e, 1);
+  e.resize(38, '\0');
+  return e;
+}
 
 }  // namespace recscope::testing_support
