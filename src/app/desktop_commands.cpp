@@ -14,6 +14,8 @@
 #include "shell/frame/message_service.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
+#include "totalize/report_list_window.h"
+#include "totalize/report_select_dialog.h"
 #include "trend/cursor_commands.h"
 #include "trend/detail_dialog.h"
 #include "trend/trend_window.h"
@@ -172,6 +174,30 @@ void ConnectDesktopCommands(MainWindow &window) {
   onCursor("mnuCursorChange", [](TrendWindow &t) { t.onCursorChange(); });
   onCursor("mnuEditMark", [](TrendWindow &t) { t.onAddFlag(); });
   onCursor("mnuEditMarkDel", [](TrendWindow &t) { t.onRemoveFlags(); });
+
+  // Reports: frmChohyoSelect for the current record, with cursor 1 as the base
+  // time when it is set; the chosen report replaces the one that stands.
+  window.setCommandHandler("mnuWindowChohyo", [frame, mdi] {
+    TrendWindow *trend = CurrentTrendWindow(mdi);
+    if (!trend) return;
+    const int slot = trend->slot();
+    const TrendView &view = trend->view();
+    const std::int64_t base =
+        view.Cursor1Set ? view.Cursor1Time : Shared().Slot(slot).Record.FirstTime;
+    auto *choice = new ReportSelectDialog(
+        slot, base,
+        [mdi, slot](int type) {
+          for (QMdiSubWindow *sub : mdi->subWindowList())
+            if (qobject_cast<ReportListWindow *>(sub->widget())) sub->close();
+          auto *list =
+              static_cast<ReportListWindow *>(OpenSlotWindow(mdi, slot, SlotWindowKind::kReport));
+          list->subMakeChohyo(type);
+        },
+        frame);
+    choice->setAttribute(Qt::WA_DeleteOnClose);
+    choice->setModal(true);
+    choice->show();
+  });
 
   // One list window of each kind a record: a second command brings the open one
   // forward.

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "shell/settings.h"
+#include "totalize/report_templates.h"
 
 namespace recscope {
 
@@ -25,6 +26,7 @@ void StartSharedState(SharedState &state, const std::string &decimalChar) {
   SetSeparators(state, decimalChar.empty() ? LocaleDecimalChar() : decimalChar);
   const std::string ini = ViewerComIniPath(state.ProgramFolder);
   EnsureViewerComIni(state.ProgramFolder);
+  EnsureReportTemplates(state.ProgramFolder);
   state.DateFormatNo = ReadDateType(ini);
   state.TrendOrientation = ReadTrendDirection(ini);
 }

@@ -10,6 +10,8 @@
 #include "shell/frame/main_window.h"
 #include "shell/menu_state.h"
 #include "shell/shared_state.h"
+#include "totalize/report.h"
+#include "totalize/report_list_window.h"
 #include "trend/cursor_commands.h"
 #include "trend/shift_key.h"
 #include "trend/trend_window.h"
@@ -85,6 +87,8 @@ QWidget *MakeWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
       }
       return list;
     }
+    case SlotWindowKind::kReport:
+      return new ReportListWindow(slot);
   }
   return nullptr;
 }
@@ -99,6 +103,8 @@ bool IsKind(QWidget *window, SlotWindowKind kind) {
       return qobject_cast<CursorCalcWindow *>(window) != nullptr;
     case SlotWindowKind::kInstant:
       return qobject_cast<InstantValueWindow *>(window) != nullptr;
+    case SlotWindowKind::kReport:
+      return qobject_cast<ReportListWindow *>(window) != nullptr;
   }
   return false;
 }
@@ -124,7 +130,7 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
                        [area, slot] {
                          // The trend owns the slot: its other windows close with it.
                          for (auto kind : {SlotWindowKind::kEventList, SlotWindowKind::kCursorCalc,
-                                           SlotWindowKind::kInstant})
+                                           SlotWindowKind::kInstant, SlotWindowKind::kReport})
                            while (QWidget *view = FindSlotWindow(area, slot, kind))
                              view->parentWidget()->close();
                          CloseRecordSlot(Shared(), slot);
@@ -142,6 +148,8 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
       return;
     case SlotWindowKind::kInstant:
       return;  // InstantOpen goes back to 0 with the window
+    case SlotWindowKind::kReport:
+      return;  // the report table outlives the window
   }
 }
 
@@ -175,6 +183,10 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind) {
     case SlotWindowKind::kCursorCalc:
       return QStringLiteral("%1:").arg(slot, 2, 10, QLatin1Char('0')) +
              QString::fromStdString(Shared().Slot(slot).Record.FilePath);
+    case SlotWindowKind::kReport:
+      return QString::fromStdString(ReportTypeName(SharedChohyoTable().Type)) +
+             QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0')) + "[" +
+             QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
   }
   return {};
 }

@@ -18,6 +18,7 @@ enum class SlotWindowKind {
   kEventList,   // frmEventlist: AlarmListOpen is -1 while it stands
   kCursorCalc,  // CurData: CursorCalcOpen is -1 while it stands
   kInstant,     // frmInstantvalue: follows the trend's cursor and tabs
+  kReport,      // frmChohyoList: the sheet of the program's report table
 };
 
 // Caption of a slot's window of `kind`: for the trend, message 19500 with the
