@@ -13,7 +13,7 @@ failed=0
 check() {
   if [ "$2" = 0 ]; then passed=$((passed + 1)); else failed=$((failed + 1)); echo "FAILED: $1"; fi
 }
-empty_home() { [ -z "$(ls -A "$home" | grep -v '^VIEWERCOM.INI$')" ]; }
+empty_home() { [ -z "$(ls -A "$home" | grep -vE '^(VIEWERCOM.INI|(Daily|Monthly|Annual)ReportFormat.txt)$')" ]; }
 
 "$cli" --home "$home" info "$samples/SHEAT01.FDT" >"$work/info.json" 2>"$work/err"
 check "info exits 0" $?
@@ -285,6 +285,43 @@ check "instant follows --decimal-char and --date-format" $?
 "$cli" --home "$home" instant "$samples/SHEAT01.FDT" --page 0 >/dev/null 2>&1
 [ $? = 1 ]; check "instant --page 0 is a usage error" $?
 "$cli" instant --help | grep -q -- '--cursor T'; check "instant --help tells its options" $?
+
+# Reports: the delivered templates in the home folder, the CSV beside the record.
+mkdir -p "$work/rep"
+cp "$samples/SHEAT01.FDT" "$work/rep/"
+"$cli" --home "$home" report "$work/rep/SHEAT01.FDT" --type month --now '2026/11/22 10:00:05' >"$work/repout" 2>"$work/err"
+check "report exits 0" $?
+[ "$(cat "$work/repout")" = "$work/rep/SHEAT01月報202403.csv" ]; check "report names its CSV" $?
+[ "$(iconv -f CP932 -t UTF-8 "$work/rep/SHEAT01月報202403.csv" | head -n 2 | od -An -c | tr -s ' ')" = "$(printf '月報,,対象月,2024/03 ,\r\n,,作成日時,2026/11/22 10:00:05,\r\n' | od -An -c | tr -s ' ')" ]
+check "report CSV starts with the title block in code page 932" $?
+[ "$(wc -l <"$work/rep/SHEAT01月報202403.csv")" = 160 ]; check "report CSV has four blocks of 40 lines" $?
+empty_home; check "report leaves no working files" $?
+[ -f "$home/MonthlyReportFormat.txt" ]; check "report's home has the delivered templates" $?
+"$cli" --home "$home" report "$work/rep/SHEAT01.FDT" --type day --sheet --out "$work/rep/day.csv" >"$work/sheet"
+check "report --sheet exits 0" $?
+[ "$(wc -l <"$work/sheet")" = 133 ] && [ "$(tail -n 1 "$work/sheet")" = "$work/rep/day.csv" ]
+check "report --sheet prints the grid and the path" $?
+sed -n 1p "$work/sheet" | grep -q "^日報		対象日	2024/	03/04	"; check "report --sheet's first row" $?
+# A site's own template: the day's total against stats over the same span.
+home2=$work/home2
+mkdir -p "$home2"
+printf 'x\r\ny\r\nz\r\n1\r\n"C01CHNO","D0024C01MX","D0024C01AV","D0001C01TX"\r\n' >"$home2/DailyReportFormat.txt"
+"$cli" --home "$home2" report "$work/rep/SHEAT01.FDT" --type day --base '2024/03/04 12:00:00' --out "$work/rep/own.csv" >/dev/null
+check "report with a site's template exits 0" $?
+stats=$("$cli" --home "$home2" stats "$work/rep/SHEAT01.FDT" --from '2024/03/04 08:00:00' --to '2024/03/04 23:59:50')
+mx=$(echo "$stats" | python3 -c 'import json,sys; print(json.load(sys.stdin)["Channels"][0]["MaxText"])')
+av=$(echo "$stats" | python3 -c 'import json,sys; print(json.load(sys.stdin)["Channels"][0]["AvgText"])')
+line=$(iconv -f CP932 -t UTF-8 "$work/rep/own.csv" | head -n 1)
+[ "$line" = "チャネル01,$mx,$av,       -   ,"$'\r' ]; check "report's day total agrees with stats" $?
+[ "$(iconv -f CP932 -t UTF-8 "$work/rep/own.csv" | wc -l)" = 12 ]; check "report makes one block a channel" $?
+printf 'x\r\ny\r\nz\r\n0\r\n"C01CHNO"\r\n' >"$home2/DailyReportFormat.txt"
+"$cli" --home "$home2" report "$work/rep/SHEAT01.FDT" --type day --out "$work/rep/bad.csv" >/dev/null 2>"$work/err"
+[ $? = 2 ] && [ "$(cat "$work/err")" = "error 11107: ファイルオープンエラー" ]; check "report with K = 0 exits 2 with 11107" $?
+[ ! -e "$work/rep/bad.csv" ]; check "a failed report writes no CSV" $?
+[ -z "$(ls "$home2" | grep OPL)" ]; check "a failed report leaves no working files" $?
+"$cli" --home "$home" report "$work/rep/SHEAT01.FDT" --type week >/dev/null 2>&1
+[ $? = 1 ]; check "report --type week is a usage error" $?
+"$cli" report --help | grep -q -- '--sheet'; check "report --help tells its options" $?
 
 echo "cli: $passed passed, $failed failed"
 [ "$failed" = 0 ]
