@@ -263,7 +263,11 @@ void AdditionWindow::SelectRow(int row) {
   grid_->clearSelection();
   grid_->setCurrentCell(row, columns - 1, QItemSelectionModel::NoUpdate);
   grid_->setRangeSelected(QTableWidgetSelectionRange(row, 0, row, columns - 1), true);
-  grid_->scrollToItem(grid_->item(row, 0));
+  // The title rows stay in sight while the first data row is the one selected.
+  if (row <= kTotalizeTitleRows)
+    grid_->scrollToTop();
+  else
+    grid_->scrollToItem(grid_->item(row, 0));
 }
 
 void AdditionWindow::ShowButtonStates(const std::array<bool, 4> &states) {
