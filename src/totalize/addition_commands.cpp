@@ -76,7 +76,9 @@ bool OpenAdditionPath(QWidget *parent, QMdiArea *mdi, const QString &path) {
     ApplyMenuSet(frame);
     return false;
   }
-  OpenSlotWindow(mdi, result.Slot, SlotWindowKind::kAddition);
+  QWidget *window = OpenSlotWindow(mdi, result.Slot, SlotWindowKind::kAddition);
+  // Nearly as wide as the frame: it starts at the frame's left edge.
+  if (auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget())) sub->move(0, 0);
   ApplyMenuSet(frame);
   return true;
 }

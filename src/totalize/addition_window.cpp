@@ -261,7 +261,12 @@ void AdditionWindow::SelectRow(int row) {
   if (rows == 0 || columns == 0) return;
   row = std::clamp(row, 0, rows - 1);
   grid_->clearSelection();
+  // The view would bring the current cell into sight at its first show on its own;
+  // the scroll below decides instead.
+  const bool autoScroll = grid_->hasAutoScroll();
+  grid_->setAutoScroll(false);
   grid_->setCurrentCell(row, columns - 1, QItemSelectionModel::NoUpdate);
+  grid_->setAutoScroll(autoScroll);
   grid_->setRangeSelected(QTableWidgetSelectionRange(row, 0, row, columns - 1), true);
   // The title rows stay in sight while the first data row is the one selected.
   if (row <= kTotalizeTitleRows)

@@ -16,6 +16,7 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QTableWidget>
 #include <QTimer>
@@ -311,10 +312,16 @@ TEST_F(AdditionFixture, NewFileWithAnActionTypeAboveTwoIsRefusedWithoutAWindow) 
 }
 
 TEST_F(AdditionFixture, WindowTakesTheFramesInnerWidthLess500TwipsAnd6000TwipsHigh) {
-  AdditionWindow *w = OpenPath(Write("T0001.FDT", true, 2));
+  AdditionWindow *w = OpenPath(Write("T0001.FDT", true, 100));
   ASSERT_NE(w, nullptr);
   EXPECT_EQ(w->width(), window.mdiArea()->viewport()->width() - 500 / 15);
   EXPECT_EQ(w->height(), 6000 / 15);
+  EXPECT_EQ(w->parentWidget()->pos(), QPoint(0, 0));
+  // Row 4 is selected with the title rows above it in sight.
+  QCoreApplication::processEvents();
+  EXPECT_EQ(SelectedWholeRows(Grid(w)), std::vector<int>{4});
+  EXPECT_EQ(Grid(w)->verticalScrollBar()->value(), 0);
+  EXPECT_GT(Grid(w)->verticalScrollBar()->maximum(), 0);
 }
 
 TEST_F(AdditionFixture, ResizeKeepsTheControlsToTheirRules) {
