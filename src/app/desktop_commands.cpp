@@ -16,6 +16,8 @@
 #include "shell/shared_state.h"
 #include "totalize/report_list_window.h"
 #include "totalize/report_select_dialog.h"
+#include "totalize/addition_commands.h"
+#include "totalize/addition_window.h"
 #include "trend/cursor_commands.h"
 #include "trend/detail_dialog.h"
 #include "trend/trend_window.h"
@@ -57,6 +59,8 @@ void RedrawAll(QMdiArea *mdi) {
     if (auto *list = qobject_cast<EventListWindow *>(sub->widget())) list->Refill();
   for (QMdiSubWindow *sub : mdi->subWindowList())
     if (auto *list = qobject_cast<InstantValueWindow *>(sub->widget())) list->refreshFormat();
+  for (QMdiSubWindow *sub : mdi->subWindowList())
+    if (auto *addition = qobject_cast<AdditionWindow *>(sub->widget())) addition->refreshFormat();
 }
 
 // The list window of the current slot opens, or comes to the front when it stands.
@@ -87,6 +91,11 @@ void ConnectDesktopCommands(MainWindow &window) {
   // Every child window carries its slot: the one that gets the focus is the one
   // all commands work on.
   QObject::connect(mdi, &QMdiArea::subWindowActivated, frame, [](QMdiSubWindow *sub) {
+    // A totalize window's slot is a totalize slot: it makes that one current.
+    if (auto *addition = qobject_cast<AdditionWindow *>(sub ? sub->widget() : nullptr)) {
+      addition->slot();
+      return;
+    }
     if (sub && sub->widget() && sub->widget()->property("slot").isValid())
       Shared().CurrentFile = static_cast<std::int16_t>(sub->widget()->property("slot").toInt());
   });
@@ -105,9 +114,19 @@ void ConnectDesktopCommands(MainWindow &window) {
     });
   });
 
-  window.setCommandHandler("mnuFileChange", [frame] {
-    RunMeasurementCsv(frame, Shared().CurrentFile);
+  // The conversion is chosen by the active window's caption: a totalize window's
+  // file, or the current record.
+  window.setCommandHandler("mnuFileChange", [frame, mdi] {
+    RunFileChange(frame, mdi);
     ApplyMenuSet(frame);
+  });
+
+  // Totalize files: the open dialog, frmAddition, and the copy of its popup.
+  window.setCommandHandler("mnuFileAdditionView", [frame, mdi] { OpenAdditionFile(frame, mdi); });
+  window.setCommandHandler("mnuCopyTotalTi", [mdi] {
+    if (QMdiSubWindow *sub = mdi->activeSubWindow())
+      if (auto *addition = qobject_cast<AdditionWindow *>(sub->widget()))
+        addition->TotalMSFlexGrid1_copy();
   });
 
   window.setCommandHandler("mnuFileFileCoupling", [frame] {

@@ -87,7 +87,7 @@ int RunOpenSequence(SharedState &state, bool isBinary, const TotalizeProgress &p
     FileSource source(slot.Path);
     if (!source.IsOpen()) return kTotalizeBadFile;
     code = ReadTotalizeHeader(source, isBinary, slot);
-    if (code == kTotalizeValid) code = ReadTotalizeChannels(source, slot);
+    if (code == kTotalizeValid) code = ReadTotalizeChannels(source, slot, state.DecimalChar);
     if (code == kTotalizeValid) code = ReadTotalizeGroups(source, slot);
     if (code == kTotalizeValid) code = CheckTotalizeSize(source, slot);
     if (code == kTotalizeValid) {
@@ -190,7 +190,8 @@ int ReadTotalizeHeader(const ByteSource &source, bool isBinary, TotalizeWindow &
   return kTotalizeValid;
 }
 
-int ReadTotalizeChannels(const ByteSource &source, TotalizeWindow &slot) {
+int ReadTotalizeChannels(const ByteSource &source, TotalizeWindow &slot,
+                         const std::string &decimalChar) {
   if (slot.ChannelCount == 0) return kTotalizeNoChannels;
   if (slot.ChannelCount < 0) return kTotalizeBadFile;
   const bool binary = IsBinary(slot);
@@ -209,7 +210,7 @@ int ReadTotalizeChannels(const ByteSource &source, TotalizeWindow &slot) {
       c.ActionType = U8At(b, at + 10);
       c.Unit = TextAt(b, at + 11, 7);
       c.Decimals = U8At(b, at + 20);
-      c.ScaleText = FormatTotalizeValue(I16At(b, at + 18), c.Decimals);
+      c.ScaleText = FormatTotalizeValue(I16At(b, at + 18), c.Decimals, decimalChar);
     } else {
       const auto no = IntegerAt(b, at + 2, 2);
       const auto setting = IntegerAt(b, at + 14, 2);

@@ -58,7 +58,9 @@ using TotalizeProgress = std::function<void(int done, int total)>;
 // The read steps on one slot. Each returns kTotalizeValid or an error code.
 // The header fills the texts, ChannelCount and GroupCount.
 int ReadTotalizeHeader(const ByteSource &source, bool isBinary, TotalizeWindow &slot);
-int ReadTotalizeChannels(const ByteSource &source, TotalizeWindow &slot);
+// ScaleText of a binary file is formatted with the machine's decimal character.
+int ReadTotalizeChannels(const ByteSource &source, TotalizeWindow &slot,
+                         const std::string &decimalChar = ".");
 int ReadTotalizeGroups(const ByteSource &source, TotalizeWindow &slot);
 // RecordLength, DataStart, the end mark (binary), RecordCount, PageCount and
 // CurrentPage 1, against slot.FileLength.

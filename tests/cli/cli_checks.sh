@@ -322,6 +322,61 @@ printf 'x\r\ny\r\nz\r\n0\r\n"C01CHNO"\r\n' >"$home2/DailyReportFormat.txt"
 "$cli" --home "$home" report "$work/rep/SHEAT01.FDT" --type week >/dev/null 2>&1
 [ $? = 1 ]; check "report --type week is a usage error" $?
 "$cli" report --help | grep -q -- '--sheet'; check "report --help tells its options" $?
+# Totalize files: the sample THEAT01.FDT (binary) and its text twin.
+"$cli" --home "$home" totalize-info "$samples/THEAT01.FDT" >"$work/tot" 2>"$work/err"
+check "totalize-info exits 0" $?
+[ "$(wc -l <"$work/tot")" = 76 ]; check "totalize-info prints four title rows and 72 records" $?
+[ "$(sed -n 1p "$work/tot")" = "$(printf '\t\tCH01\tCH02\tCH03\t')" ]; check "totalize-info channel row" $?
+[ "$(sed -n 2p "$work/tot")" = "$(printf '\t積算動作タイプ\t積算\t積算\t積算\t')" ]; check "totalize-info action type row" $?
+[ "$(sed -n 4p "$work/tot")" = "$(printf '積算開始時刻\t積算終了時刻\tm3     \tkWh    \tm3     \t')" ]
+check "totalize-info unit row with the time titles" $?
+[ "$(sed -n 5p "$work/tot")" = "$(printf '2024/03/04 08:00:00\t2024/03/04 09:00:00\t18.00\t42.0\t6.2\t')" ]
+check "totalize-info first record" $?
+[ ! -s "$work/err" ] && empty_home; check "totalize-info writes nothing else" $?
+"$cli" --home "$home" totalize-info "$samples/THEAT01.FDT" --tab 2 | sed -n 2p >"$work/tot2"
+[ "$(cat "$work/tot2")" = "$(printf '\t積算動作タイプ\tカウンタ\t動作時間\t動作時間\t')" ]
+check "totalize-info --tab 2 names the action types of a new file" $?
+"$cli" --home "$home" --decimal-char , --date-format 2 totalize-info "$samples/text/THEAT01.FDT" --tab 9 | sed -n 6p >"$work/tot3"
+[ "$(cat "$work/tot3")" = "$(printf '04/03/2024 09:00:00\t04/03/2024 10:00:00\t      18,37\t      370,3\t        7,9\t          0\t       1,00\t       1,00\t')" ]
+check "totalize-info of the text twin follows --decimal-char and --date-format" $?
+"$cli" --home "$home" totalize-info "$samples/THEAT01.FDT" --tab 5 >/dev/null 2>&1
+[ $? = 1 ]; check "totalize-info of a tab the file lacks is a usage error" $?
+"$cli" --home "$home" totalize-info "$samples/THEAT01.FDT" --page 2 >/dev/null 2>&1
+[ $? = 1 ]; check "totalize-info beyond the last page is a usage error" $?
+head -c 500 "$samples/THEAT01.FDT" >"$work/TCUT.FDT"
+"$cli" --home "$home" totalize-info "$work/TCUT.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && [ "$(cat "$work/err")" = "error 11123: 積算データが間違っています。" ]
+check "a totalize file with half a record is refused with 11123" $?
+"$cli" --home "$home" totalize-info "$samples/SHEAT01.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11112: ' "$work/err"; check "totalize-info of a record name is refused with 11112" $?
+
+mkdir -p "$work/tcsv" "$work/tcsvc"
+cp "$samples/THEAT01.FDT" "$work/tcsv/"
+cp "$samples/text/THEAT01.FDT" "$work/tcsvc/"
+"$cli" --home "$home" totalize-csv "$work/tcsv/THEAT01.FDT" >"$work/tcsvout" 2>"$work/err"
+check "totalize-csv exits 0" $?
+[ "$(cat "$work/tcsvout")" = "$work/tcsv/THEAT01.CSV" ]; check "totalize-csv names its file" $?
+[ "$(wc -l <"$work/tcsv/THEAT01.CSV")" = $((6 + 9 + 72)) ]; check "totalize-csv writes n + 9 + r lines" $?
+[ "$(sed -n 16p "$work/tcsv/THEAT01.CSV")" = "$(printf '2024/ 3/ 4 08:00:00,2024/ 3/ 4 09:00:00,      18.00,       42.0,        6.2,          1,       0.00,       0.50\r')" ]
+check "totalize-csv first data line with blanked tens zeros" $?
+[ "$(sed -n 5p "$work/tcsv/THEAT01.CSV" | iconv -f CP932 -t UTF-8)" = "$(printf 'CH01,N2積算  ,01,00,m3     ,  10.00,2 \r')" ]
+check "totalize-csv channel line in code page 932" $?
+before=$(md5sum <"$work/tcsv/THEAT01.CSV")
+"$cli" --home "$home" totalize-csv "$work/tcsv/THEAT01.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && [ "$(cat "$work/err")" = "error 11130: ファイルが既に存在します。" ]
+check "totalize-csv over an existing file exits 2 with 11130" $?
+[ "$(md5sum <"$work/tcsv/THEAT01.CSV")" = "$before" ]; check "totalize-csv refused touches nothing" $?
+"$cli" --home "$home" --decimal-char , totalize-csv "$work/tcsvc/THEAT01.FDT" >/dev/null
+check "totalize-csv of the text twin with a decimal comma exits 0" $?
+[ "$(sed -n 16p "$work/tcsvc/THEAT01.CSV")" = "$(printf '2024/03/04 08:00:00;2024/03/04 09:00:00;      18,00;       42,0;        6,2;          1;       0,00;       0,50\r')" ]
+check "totalize-csv of a text source keeps its times and writes semicolons" $?
+"$cli" --home "$home" totalize-csv "$work/TCUT.FDT" >/dev/null 2>"$work/err"
+[ $? = 2 ] && grep -q '^error 11123: ' "$work/err" && [ ! -e "$work/TCUT.CSV" ]
+check "totalize-csv of a broken file is refused and writes nothing" $?
+empty_home; check "totalize commands leave nothing in the home folder" $?
+"$cli" totalize-info --help | grep -q -- '--tab N\] \[--page N\]'; check "totalize-info --help" $?
+"$cli" totalize-csv --help | grep -q -- '_1.CSV'; check "totalize-csv --help" $?
+"$cli" --help | grep -q 'totalize-csv'; check "--help lists the totalize subcommands" $?
 
 echo "cli: $passed passed, $failed failed"
 [ "$failed" = 0 ]

@@ -20,9 +20,11 @@ expected="./bin/recscope
 ./share/recscope/samples/AHEAT01.FDT
 ./share/recscope/samples/FHEAT01.FDT
 ./share/recscope/samples/SHEAT01.FDT
+./share/recscope/samples/THEAT01.FDT
 ./share/recscope/samples/text/AHEAT01.FDT
 ./share/recscope/samples/text/FHEAT01.FDT
-./share/recscope/samples/text/SHEAT01.FDT"
+./share/recscope/samples/text/SHEAT01.FDT
+./share/recscope/samples/text/THEAT01.FDT"
 for name in InitSet.txt DailyReportFormat.txt MonthlyReportFormat.txt AnnualReportFormat.txt; do
   [ -e "$(dirname "$0")/../../resources/$name" ] && expected="$expected
 ./share/recscope/$name"

@@ -12,6 +12,8 @@
 #include "shell/shared_state.h"
 #include "totalize/report.h"
 #include "totalize/report_list_window.h"
+#include "totalize/addition_window.h"
+#include "totalize/totalize_view.h"
 #include "trend/cursor_commands.h"
 #include "trend/shift_key.h"
 #include "trend/trend_window.h"
@@ -89,6 +91,12 @@ QWidget *MakeWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
     }
     case SlotWindowKind::kReport:
       return new ReportListWindow(slot);
+    case SlotWindowKind::kAddition: {
+      auto *addition = new AdditionWindow(slot);
+      // The main window's inner width less 500 twips, and 6000 twips high.
+      if (mdi) addition->resize(mdi->viewport()->width() - 500 / 15, 6000 / 15);
+      return addition;
+    }
   }
   return nullptr;
 }
@@ -105,6 +113,8 @@ bool IsKind(QWidget *window, SlotWindowKind kind) {
       return qobject_cast<InstantValueWindow *>(window) != nullptr;
     case SlotWindowKind::kReport:
       return qobject_cast<ReportListWindow *>(window) != nullptr;
+    case SlotWindowKind::kAddition:
+      return qobject_cast<AdditionWindow *>(window) != nullptr;
   }
   return false;
 }
@@ -150,6 +160,12 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
       return;  // InstantOpen goes back to 0 with the window
     case SlotWindowKind::kReport:
       return;  // the report table outlives the window
+    case SlotWindowKind::kAddition: {
+      // The window frees its totalize slot as it goes; the menus follow the count.
+      QPointer<QMdiArea> area(mdi);
+      QObject::connect(window, &QObject::destroyed, [area] { ApplyMenuSet(area); });
+      return;
+    }
   }
 }
 
@@ -187,6 +203,10 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind) {
       return QString::fromStdString(ReportTypeName(SharedChohyoTable().Type)) +
              QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0')) + "[" +
              QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
+    case SlotWindowKind::kAddition: {
+      const TotalizeWindow &file = Shared().Totalize(slot);
+      return QString::fromStdString(TotalizeCaption(file.Kind, slot, file.Path));
+    }
   }
   return {};
 }

@@ -19,11 +19,13 @@ enum class SlotWindowKind {
   kCursorCalc,  // CurData: CursorCalcOpen is -1 while it stands
   kInstant,     // frmInstantvalue: follows the trend's cursor and tabs
   kReport,      // frmChohyoList: the sheet of the program's report table
+  kAddition,    // frmAddition: a totalize slot's window (slot: the totalize slot)
 };
 
 // Caption of a slot's window of `kind`: for the trend, message 19500 with the
 // slot in two digits, then "[", the record's path, "]"; for the instant value
-// list message 19300 the same way.
+// list message 19300 the same way; for a totalize window its kind name, the
+// totalize slot in two digits, then "[", the file's path, "]".
 QString SlotWindowCaption(int slot, SlotWindowKind kind = SlotWindowKind::kTrend);
 
 // Makes the window of `kind` for `slot` and shows it: in the MDI area at its own
