@@ -27,6 +27,7 @@ void StartSharedState(SharedState &state, const std::string &decimalChar) {
   EnsureViewerComIni(state.ProgramFolder);
   state.DateFormatNo = ReadDateType(ini);
   state.TrendOrientation = ReadTrendDirection(ini);
+  PrintSettingsLoad(state.Print, ini);
 }
 
 std::string ProgramFilePath(const std::string &folder, const std::string &name) {
