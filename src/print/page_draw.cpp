@@ -175,23 +175,36 @@ void TimeTexts(QPainter &painter, const PrintPageScene &page, bool horizontal) {
   std::vector<QRectF> placed;
   auto put = [&](std::int64_t t, bool always) {
     const QString text = Q(TimeText(page, t));
-    const double w = metrics.horizontalAdvance(text);
     const double h = metrics.height();
     const double along = Along(page, t);
+    // The vertical form's margin is narrower than a whole time text: the date
+    // stands over the time of day there, both ending at the margin's right.
+    QStringList lines{text};
+    if (!horizontal && text.contains(QLatin1Char(' '))) {
+      const int space = static_cast<int>(text.lastIndexOf(QLatin1Char(' ')));
+      lines = QStringList{text.left(space), text.mid(space + 1)};
+    }
+    double w = 0;
+    for (const QString &line : lines) w = std::max(w, metrics.horizontalAdvance(line));
+    const double height = h * static_cast<double>(lines.size());
     QRectF box;
     if (horizontal) {
       double x = plot.Left + along - w / 2;
       x = std::clamp(x, 0.0, g.Width - w);
-      box = QRectF(x, g.TimeTextY, w, h);
+      box = QRectF(x, g.TimeTextY, w, height);
     } else {
-      double y = plot.Top + along - h / 2;
-      y = std::clamp(y, plot.Top - h / 2, plot.Bottom() - h / 2);
-      box = QRectF(std::max(0.0, g.TimeTextRight - w), y, w, h);
+      double y = plot.Top + along - height / 2;
+      y = std::clamp(y, plot.Top - height / 2, plot.Bottom() - height / 2);
+      box = QRectF(std::max(0.0, g.TimeTextRight - w), y, w, height);
     }
     for (const QRectF &other : placed)
       if (!always && box.adjusted(-50, -20, 50, 20).intersects(other)) return;
     placed.push_back(box);
-    PrintText(painter, box.left(), box.top(), text);
+    for (int i = 0; i < lines.size(); ++i) {
+      const double lineWidth = metrics.horizontalAdvance(lines[i]);
+      const double x = horizontal ? box.left() : box.right() - lineWidth;
+      PrintText(painter, x, box.top() + i * h, lines[i]);
+    }
   };
   const TrendView &v = page.view;
   put(v.DisplayStart, true);
