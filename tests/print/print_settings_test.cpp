@@ -101,6 +101,17 @@ TEST(PrintSettings, SharedStateStartLoadsThePrintKeys) {
   EXPECT_EQ(state.Print.SLINE, 6);
   EXPECT_EQ(state.Print.PAG, 7);
   EXPECT_EQ(state.Print.PrintMode, "All");
+  EXPECT_EQ(state.Print.Orientation, kLandscape);  // no DIRECTION: a horizontal trend
+}
+
+TEST(PrintSettings, AVerticalTrendStartsOnPortraitPages) {
+  TempFolder folder;
+  WriteBytes(ViewerComIniPath(folder.str()), std::string(kIni) + "[TREND]\r\nDIRECTION=Ver\r\n");
+  SharedState state;
+  state.ProgramFolder = folder.str();
+  StartSharedState(state, ".");
+  EXPECT_EQ(state.TrendOrientation, 0);
+  EXPECT_EQ(state.Print.Orientation, kPortrait);
 }
 
 TEST(PrintSettings, PaperTableGivesTheScales) {
