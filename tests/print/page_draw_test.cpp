@@ -300,3 +300,42 @@ TEST_F(PageFixture, EveryPaperGivesItsSheetInThePdf) {
     EXPECT_NEAR(pages[0].height(), sheet.height, 1) << PaperName(sheet.code);
   }
 }
+
+TEST(PageDoubleList, FortyEightChannelsListInTwoHalvesAboveTheChart) {
+  App();
+  TempFolder folder;
+  SharedState state;
+  state.ProgramFolder = folder.str();
+  RecordSlot &slot = state.Slot(1);
+  slot.Record = MakeRecord(600, 48, 0, kFirst, 1);
+  slot.SamplePeriod = 1;
+  WriteLevels(slot.Record, folder.str(), 1, [](std::int64_t, int c) {
+    return std::make_pair<std::int16_t, std::int16_t>(static_cast<std::int16_t>(10 * c), 10 * c);
+  });
+  PrintSource source;
+  source.state = &state;
+  InitTrendView(source.view, slot.Record, 1);
+  source.view.CurrentGroup = kAllChannelsGroup;
+  source.config.Orientation = kPortrait;
+  source.config.CURSOR = 1;
+  const PrintPlan plan = PlanPrint(source);
+  const PageGeometry &g = plan.geometry;
+  ASSERT_TRUE(g.List.DoubleList);
+  EXPECT_EQ(g.Chart.ChartTop, 7000);
+  EXPECT_EQ(g.Frame.Top, 7500);
+  const QImage image = DrawPrintPageImage(source, plan, 0, kPx);
+  // Ink in both halves' number columns on the first and the last row, none in
+  // the band between the list and the frame (no cursor is set).
+  auto inkIn = [&](double x0, double x1, double y0, double y1) {
+    int n = 0;
+    for (int y = Px(y0); y < Px(y1); ++y)
+      for (int x = Px(x0); x < Px(x1); ++x)
+        if (!IsWhite(image.pixel(x, y))) ++n;
+    return n;
+  };
+  EXPECT_GT(inkIn(3950, 4600, 2200, 2400), 0);  // CH01
+  EXPECT_GT(inkIn(3950, 4600, 6800, 7000), 0);  // CH24
+  EXPECT_GT(inkIn(6950, 7600, 2200, 2400), 0);  // CH25
+  EXPECT_GT(inkIn(6950, 7600, 6800, 7000), 0);  // CH48
+  EXPECT_EQ(inkIn(3950, 11000, 7000, 7500 - 20), 0);
+}
