@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <functional>
 
+#include "print/print_command.h"
+#include "print/print_preview_window.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -254,6 +256,14 @@ void ConnectDesktopCommands(MainWindow &window) {
   for (const char *command :
        {"mnuViewdaysub1", "mnuViewdaysub2", "mnuviewdaysub3", "mnuViewdaysub4", "mnuViewdaysub5"})
     window.setCommandHandler(command, [mdi] { RedrawAll(mdi); });
+
+  // Print and its preview, of the current trend window's view.
+  window.setCommandHandler("mnuFilePrint", [frame, mdi] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) PrintTrendWindow(*trend, frame);
+  });
+  window.setCommandHandler("mnuFileV", [frame, mdi] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowPrintPreview(trend, frame);
+  });
 }
 
 }  // namespace recscope

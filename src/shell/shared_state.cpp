@@ -29,6 +29,9 @@ void StartSharedState(SharedState &state, const std::string &decimalChar) {
   EnsureReportTemplates(state.ProgramFolder);
   state.DateFormatNo = ReadDateType(ini);
   state.TrendOrientation = ReadTrendDirection(ini);
+  PrintSettingsLoad(state.Print, ini);
+  // Until the operator picks a paper, a horizontal trend prints on landscape pages.
+  state.Print.Orientation = state.TrendOrientation == 0 ? kPortrait : kLandscape;
 }
 
 std::string ProgramFilePath(const std::string &folder, const std::string &name) {

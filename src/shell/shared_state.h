@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "print/print_settings.h"
 #include "record/record_file_info.h"
 #include "totalize/totalize_window.h"
 
@@ -57,6 +58,8 @@ struct SharedState {
   bool ShowAlarms = true;
   bool ShowMessages = true;
   bool ShowFlags = true;
+  // The print settings: section PRINT as read at start and as the dialogs change it.
+  PrintConfig Print;
 
   // The automatic fetch: AutoRunning stands while a run is in progress (the main
   // window then refuses to close), AutoStop asks the run to end at its next test.

@@ -76,8 +76,6 @@ void MainWindow::load() {
   SharedState &state = Shared();
   StartSharedState(state);
   const std::string ini = IniPath();
-  PrintSettings print = ReadPrintSettings(ini);
-  (void)print;  // kept for the print subsystem, which reads it again when it prints
 
   command(kDateFormatCommands[state.DateFormatNo - 1])->setChecked(true);
   command(state.TrendOrientation == 0 ? "mnuViewTrendVer" : "mnuViewTrendHori")->setChecked(true);
