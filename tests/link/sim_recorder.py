@@ -24,6 +24,7 @@ A text puts its first character in the low byte of a register.
 
 Faults are read from the --control file: each line "KIND COUNT [ARG]" queues
 KIND for the next COUNT requests:
+  none       a good answer (to let requests pass before a fault)
   noreply    no answer at all
   badcrc     the right length with a wrong CRC
   exception  an exception reply (function + 128, code 2), 5 bytes
