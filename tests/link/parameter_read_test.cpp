@@ -157,8 +157,8 @@ TEST(ParameterReadPty, WritesTheHeadChannelDiAndGroupRecordsAsTheRecorderGivesTh
   Folder home;
   std::vector<int> asked;
   ParameterRecord record;
-  ASSERT_TRUE(ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6),
-                               record));
+  ASSERT_TRUE(
+      ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6), record));
   record.Close();
   EXPECT_TRUE(asked.empty());
   EXPECT_EQ(record.MeasurementPath, home.file("S100000.FDT"));
@@ -192,8 +192,8 @@ TEST(ParameterReadPty, FourthAlarmValueInTheFileEqualsTheThirdWhileTheRecordKeep
   Folder home;
   std::vector<int> asked;
   ParameterRecord record;
-  ASSERT_TRUE(ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6),
-                               record));
+  ASSERT_TRUE(
+      ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6), record));
   record.Close();
   const std::string file = ReadAll(record.MeasurementPath);
   for (int k = 1; k <= 30; ++k) {
@@ -218,8 +218,8 @@ TEST(ParameterReadPty, TheRecordPairWithASampleOpensAsARecord) {
   Folder home;
   std::vector<int> asked;
   ParameterRecord record;
-  ASSERT_TRUE(ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6),
-                               record));
+  ASSERT_TRUE(
+      ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6), record));
   // One binary sample behind the head: a time, 30 values, the DI word.
   std::string sample;
   const std::int32_t when = 1700000000;
@@ -282,8 +282,8 @@ TEST(ParameterReadPty, YesAfterAFailedRequestStopsAndLeavesNoFile) {
   recorder.Fault("noreply", 4);
   std::vector<int> asked;
   ParameterRecord record;
-  EXPECT_FALSE(ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6),
-                                record));
+  EXPECT_FALSE(
+      ComParameterRead(link.driver, ShippedMap(), home.path(), Answering(asked, 6), record));
   EXPECT_EQ(asked, std::vector<int>{kComTimeOut});
   EXPECT_FALSE(std::filesystem::exists(home.file("S100000.FDT")));
   EXPECT_FALSE(std::filesystem::exists(home.file("A100000.FDT")));
