@@ -13,6 +13,7 @@ PACKAGES=(
   clang-14 libclang-rt-14-dev
   fonts-ipafont-gothic xvfb xauth
   desktop-file-utils shared-mime-info dpkg-dev file
+  python3-pymodbus python3-serial socat
 )
 
 install_missing() {
