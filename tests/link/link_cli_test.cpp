@@ -74,6 +74,26 @@ TEST(ParamReadCli, AFailedRequestIsAnsweredYesAndExits2WithItsMessage) {
   EXPECT_EQ(recorder.Requests().size(), 4u);
 }
 
+TEST(ParamReadCli, ExceptionRepliesAndTooLongRepliesNeverMatchTheLengthAndEndIn11102) {
+  SimulatedRecorder recorder;
+  ASSERT_TRUE(recorder.ready());
+  recorder.Fault("exception", 2);
+  recorder.Fault("long", 2);
+  const CliRun run = Cli(recorder, "");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "error 11102: タイムアウト\n");
+  EXPECT_EQ(recorder.Requests().size(), 4u);
+}
+
+TEST(ParamReadCli, WrongCrcsOfTheRightLengthAreTakenAndTheReadSucceeds) {
+  SimulatedRecorder recorder;
+  ASSERT_TRUE(recorder.ready());
+  recorder.Fault("badcrc", 82);
+  const CliRun run = Cli(recorder, "");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(recorder.Requests().size(), 82u);
+}
+
 TEST(ParamReadCli, AReplyStoppingAtSixBytesEndsAfterTimeoutWithExit3) {
   SimulatedRecorder recorder;
   ASSERT_TRUE(recorder.ready());

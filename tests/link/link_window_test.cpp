@@ -18,6 +18,7 @@
 #include "gui_test_support.h"
 #include "link/com_setting_dialog.h"
 #include "link/command_driver.h"
+#include "link/link_commands.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/init_set.h"
@@ -75,6 +76,21 @@ struct LinkDesktop : ::testing::Test {
   GuiHome home;
   MainWindow window;
 };
+
+TEST(ComErrorDialog, EachCodeShowsItsErrorThenTheQuestionAndYesIs6) {
+  GuiHome home;
+  MessageRecorder messages{QMessageBox::Yes};
+  for (int code = 1; code <= 5; ++code) {
+    messages.clear();
+    EXPECT_EQ(ComErrorDialog(nullptr, code), 6);
+    ASSERT_EQ(messages.ids(), (std::vector<int>{11100 + code, 11100}));
+    EXPECT_EQ(messages.messages()[0].buttons, QMessageBox::Ok);
+    EXPECT_EQ(messages.messages()[1].buttons, QMessageBox::Yes | QMessageBox::No);
+  }
+  EXPECT_EQ(messages.messages()[1].text(), QStringLiteral("処理を中止しますか？"));
+  messages.setAnswer(QMessageBox::No);
+  EXPECT_EQ(ComErrorDialog(nullptr, 1), 7);
+}
 
 TEST_F(LinkDesktop, SettingDialogShowsTheSelectedPortAndOkStoresUnderTheChosenPort) {
   window.runCommand(QStringLiteral("mnuComunicationSetting"));
