@@ -26,7 +26,8 @@ Faults are read from the --control file: each line "KIND COUNT [ARG]" queues
 KIND for the next COUNT requests:
   none       a good answer (to let requests pass before a fault)
   noreply    no answer at all
-  badcrc     the right length with a wrong CRC
+  badcrc     the right length with a wrong CRC (both bytes)
+  badcrclow  the right length with the CRC's low byte wrong, its high byte right
   exception  an exception reply (function + 128, code 2), 5 bytes
   six MS     only the first six bytes of the reply; the rest MS milliseconds
              later, or never when MS is 0
@@ -231,6 +232,8 @@ def main():
             continue
         if kind == "badcrc":
             reply = body + bytes([reply[-2] ^ 0x5A, reply[-1] ^ 0xA5])
+        elif kind == "badcrclow":
+            reply = body + bytes([reply[-2] ^ 0x5A, reply[-1]])
         elif kind == "exception":
             body = bytes([station, function | 0x80, 2])
             reply = body + struct.pack(">H", computeCRC(body))
