@@ -14,6 +14,7 @@ PACKAGES=(
   fonts-ipafont-gothic xvfb xauth
   desktop-file-utils shared-mime-info dpkg-dev file
   poppler-utils
+  python3-pymodbus python3-serial socat
 )
 
 install_missing() {

@@ -7,6 +7,7 @@
 
 #include "print/print_command.h"
 #include "print/print_preview_window.h"
+#include "link/link_commands.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -264,6 +265,8 @@ void ConnectDesktopCommands(MainWindow &window) {
   window.setCommandHandler("mnuFileV", [frame, mdi] {
     if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowPrintPreview(trend, frame);
   });
+  // The recorder link's Communication menu.
+  ConnectLinkCommands(window);
 }
 
 }  // namespace recscope

@@ -8,4 +8,9 @@ namespace recscope {
 
 std::string ProgramHome(const std::string &option);
 
+// Puts the register map InitSet.txt into `home` when it is missing there: from
+// the delivered files of an installed copy, else from the executable's folder.
+// A map the operator has in the home is never replaced.
+void InstallInitSet(const std::string &home);
+
 }  // namespace recscope

@@ -30,6 +30,7 @@ int main(int argc, char *argv[]) {
   parser.process(app);
 
   const std::string home = recscope::ProgramHome(parser.value(homeOption).toStdString());
+  recscope::InstallInitSet(home);
 
   QStringList files;
   for (const QString &file : parser.positionalArguments())

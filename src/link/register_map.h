@@ -1,47 +1,19 @@
 #pragma once
-// The recorder's register map: groups of registers with the word offsets of
-// their items, as the command driver looks them up by name.
+// Looking up the recorder's register map (InitSet.txt, read at start-up into
+// Registers()) by name, as the command driver does before each read.
 #include <cstdint>
 #include <string>
-#include <vector>
+
+#include "shell/init_set.h"
 
 namespace recscope {
-
-struct RegisterItem {
-  std::string name;  // 4 characters, as "SNO."
-  int offset = 0;    // word offset in the record
-  int kept1 = 0;     // three further values of the map, stored and not used
-  int kept2 = 0;
-  int kept3 = 0;
-};
-
-struct RegisterBlockItem {
-  std::string name;  // 4 characters
-  int offset = 0;    // word offset in the record
-  std::string text;  // up to 64 characters
-  int length = 0;    // in bytes
-};
-
-struct RegisterGroup {
-  std::string name;              // 3 characters, blank padded, as "P  "
-  std::int32_t baseAddress = 0;  // in the 30001 or 40001 numbering
-  int wordsPerRecord = 0;
-  int recordCount = 0;
-  int recordBytes = 0;  // 2 for each simple item plus the block items' lengths
-  int simpleCount = 0;
-  int blockCount = 0;
-  std::vector<RegisterItem> items;
-  std::vector<RegisterBlockItem> blocks;
-};
-
-using RegisterMap = std::vector<RegisterGroup>;
 
 // What a group lookup publishes for the reads that follow it.
 struct PublishedGroup {
   std::int32_t baseAddress = 0;
   int wordsPerRecord = 0;
   int recordCount = 0;
-  int recordBytes = 0;
+  int recordBytes = 0;  // 2 for each simple item plus the block items' lengths
 };
 
 // With `item` four blanks: the base address of `group`, and that group's base

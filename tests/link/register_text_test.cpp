@@ -57,26 +57,20 @@ TEST(RegisterText, GetStrToWordIsLowByteFirstAndSigned) {
   EXPECT_EQ(GetStrToWord(data, 5), static_cast<std::int16_t>(0x0080));
 }
 
+// The map as InitSet.txt gives it: "SNO." stands both as a simple item and as a
+// block item, so that the order of the search shows.
 RegisterMap SampleMap() {
-  RegisterGroup p;
-  p.name = "P  ";
-  p.baseAddress = 44001;
-  p.wordsPerRecord = 30;
-  p.recordCount = 1;
-  p.recordBytes = 34;
-  p.items = {{"SNO.", 16, 0, 0, 0}, {"PVER", 24, 0, 0, 0}, {"NULL", 0, 0, 0, 0}};
-  p.blocks = {{"PILC", 0, "model", 32}, {"SNO.", 99, "", 2}};
-  p.simpleCount = 3;
-  p.blockCount = 2;
-  RegisterGroup c;
-  c.name = "C  ";
-  c.baseAddress = 40001;
-  c.wordsPerRecord = 64;
-  c.recordCount = 30;
-  c.recordBytes = 26;
-  c.items = {{"COLR", 8, 0, 0, 0}};
-  c.blocks = {{"TAG ", 0, "", 8}};
-  return {p, c};
+  return ParseInitSet(
+      "1,\"P  \",44001,30,1\r\n"
+      "0,\"PILC\",0,1,\"model\",32\r\n"
+      "0,\"SNO.\",99,1,\"\",2\r\n"
+      "0,\"SNO.\",16,0,0,0,0\r\n"
+      "0,\"PVER\",24,0,0,0,0\r\n"
+      "0,\"NULL\",0,0,0,0,0\r\n"
+      "1,\"C  \",40001,64,30\r\n"
+      "0,\"TAG \",0,1,\"\",8\r\n"
+      "0,\"COLR\",8,0,0,0,0\r\n"
+      "0,\"TAIS\",19,0\r\n");
 }
 
 TEST(RegisterLookupTest, FourBlanksGiveTheBaseAddressAndPublishTheGroup) {
@@ -85,7 +79,7 @@ TEST(RegisterLookupTest, FourBlanksGiveTheBaseAddressAndPublishTheGroup) {
   EXPECT_EQ(published.baseAddress, 40001);
   EXPECT_EQ(published.wordsPerRecord, 64);
   EXPECT_EQ(published.recordCount, 30);
-  EXPECT_EQ(published.recordBytes, 26);
+  EXPECT_EQ(published.recordBytes, 12);
 }
 
 TEST(RegisterLookupTest, ItemGivesItsWordOffsetSimpleItemsFirst) {

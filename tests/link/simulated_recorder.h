@@ -1,0 +1,101 @@
+#pragma once
+// The simulated recorder of the link tests: socat makes a pseudo-terminal pair
+// in a folder of its own, tests/link/sim_recorder.py answers on one end, and the
+// program under test opens the other. Both processes are ended by their pids
+// when the fixture goes.
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+extern char **environ;
+
+namespace recscope::testing {
+
+inline const std::string kShippedInitSet = RECSCOPE_SOURCE_DIR "/resources/InitSet.txt";
+
+class SimulatedRecorder {
+ public:
+  explicit SimulatedRecorder(const std::string &initSet = kShippedInitSet) {
+    char pattern[] = "/tmp/recscope-link-XXXXXX";
+    folder_ = ::mkdtemp(pattern);
+    const std::string ours = "pty,raw,echo=0,link=" + path("com");
+    const std::string theirs = "pty,raw,echo=0,link=" + path("recorder");
+    socat_ = Spawn({"socat", ours, theirs});
+    if (!WaitFor(path("com")) || !WaitFor(path("recorder"))) return;
+    sim_ = Spawn({RECSCOPE_SYSTEM_PYTHON, RECSCOPE_SOURCE_DIR "/tests/link/sim_recorder.py",
+                  "--device", path("recorder"), "--initset", initSet, "--control", path("control"),
+                  "--log", path("log"), "--ready", path("ready")});
+    ready_ = WaitFor(path("ready"));
+  }
+  ~SimulatedRecorder() {
+    Stop(sim_);
+    Stop(socat_);
+    std::error_code error;
+    std::filesystem::remove_all(folder_, error);
+  }
+  SimulatedRecorder(const SimulatedRecorder &) = delete;
+  SimulatedRecorder &operator=(const SimulatedRecorder &) = delete;
+
+  bool ready() const { return ready_; }
+  // The program's end of the line.
+  std::string device() const { return path("com"); }
+  std::string path(const std::string &name) const { return folder_ + "/" + name; }
+
+  // Queues a fault for the next `count` requests (see sim_recorder.py).
+  void Fault(const std::string &kind, int count, int argument = 0) const {
+    std::ofstream control(path("control"), std::ios::app);
+    control << kind << ' ' << count << ' ' << argument << '\n';
+  }
+
+  // The requests the recorder has seen, one "FUNCTION ADDRESS COUNT" each.
+  std::vector<std::string> Requests() const {
+    std::vector<std::string> lines;
+    std::ifstream log(path("log"));
+    for (std::string line; std::getline(log, line);) lines.push_back(line);
+    return lines;
+  }
+
+ private:
+  static pid_t Spawn(const std::vector<std::string> &argv) {
+    std::vector<char *> args;
+    for (const std::string &a : argv) args.push_back(const_cast<char *>(a.c_str()));
+    args.push_back(nullptr);
+    pid_t pid = 0;
+    if (::posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return 0;
+    return pid;
+  }
+  static void Stop(pid_t pid) {
+    if (pid <= 0) return;
+    ::kill(pid, SIGTERM);
+    for (int i = 0; i < 100; ++i) {
+      if (::waitpid(pid, nullptr, WNOHANG) == pid) return;
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    ::kill(pid, SIGKILL);
+    ::waitpid(pid, nullptr, 0);
+  }
+  static bool WaitFor(const std::string &file) {
+    for (int i = 0; i < 500; ++i) {
+      if (std::filesystem::exists(file)) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+  }
+
+  std::string folder_;
+  pid_t socat_ = 0;
+  pid_t sim_ = 0;
+  bool ready_ = false;
+};
+
+}  // namespace recscope::testing
