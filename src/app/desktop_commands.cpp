@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <functional>
 
+#include "print/print_setting_dialog.h"
+#include "print/title_dialog.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -119,6 +121,14 @@ void ConnectDesktopCommands(MainWindow &window) {
     if (TrendWindow *trend = CurrentTrendWindow(mdi))
       RunSaveAs(frame, trend->slot(), trend->view().DisplayStart, trend->view().DisplayEnd);
     ApplyMenuSet(frame);
+  });
+
+  // The print's settings and title belong to the current slot's trend view.
+  window.setCommandHandler("mnuFilePrintSet", [mdi, frame] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowPrintSettingDialog(frame, trend->view());
+  });
+  window.setCommandHandler("mnuFilePrintTitle", [mdi, frame] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowTitleDialog(frame, trend->view());
   });
 
   OnTrend(window, "mnuFileExportImage", &TrendWindow::exportPicture);

@@ -71,6 +71,13 @@ struct TrendView {
   std::int32_t ColumnCount = 0;
   std::int32_t DataColumnCount = 0;
   std::int32_t LevelInUse = 0;
+  // What the print takes from this view: the page title of dlgTitle, and the range
+  // that dlgPrnSet's OK stored (the display's start and end, and the step of a
+  // continuous print in seconds, 0 for the display only).
+  std::string PrintTitle;
+  std::int32_t PrintStart = 0;
+  std::int32_t PrintEnd = 0;
+  std::int64_t PrintStep = 0;
 
   // Raw value of row (0-based: 2c minimum, 2c + 1 maximum of channel c) in a column.
   std::int16_t Disp(int row, int column) const {
