@@ -13,6 +13,7 @@ PACKAGES=(
   clang-14 libclang-rt-14-dev
   fonts-ipafont-gothic xvfb xauth
   desktop-file-utils shared-mime-info dpkg-dev file
+  poppler-utils
 )
 
 install_missing() {

@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <functional>
 
+#include "print/print_command.h"
+#include "print/print_preview_window.h"
 #include "print/print_setting_dialog.h"
 #include "print/title_dialog.h"
 #include "record/file_coupling_dialog.h"
@@ -219,6 +221,18 @@ void ConnectDesktopCommands(MainWindow &window) {
   for (const char *command :
        {"mnuViewdaysub1", "mnuViewdaysub2", "mnuviewdaysub3", "mnuViewdaysub4", "mnuViewdaysub5"})
     window.setCommandHandler(command, [mdi] { RedrawAll(mdi); });
+
+  // Print and its preview, of the current trend window's view.
+  window.setCommandHandler("mnuFilePrint", [frame, mdi] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) PrintTrendWindow(*trend, frame);
+  });
+  window.setCommandHandler("mnuFileV", [frame, mdi] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowPrintPreview(trend, frame);
+  });
+  // The preview's title and print settings buttons open the same dialogs as the
+  // file menu.
+  PrintPreviewWindow::SetTitleDialog(ShowTitleDialog);
+  PrintPreviewWindow::SetPrintSettingsDialog(ShowPrintSettingDialog);
 }
 
 }  // namespace recscope

@@ -54,9 +54,9 @@ QPrinter &CurrentPrinter() {
   return *printer;
 }
 
-int PaperCodeOf(const QPageSize &size) { return size.isValid() ? size.windowsId() : 0; }
+int PrinterPaperCode(const QPageSize &size) { return size.isValid() ? size.windowsId() : 0; }
 
-QPageSize PageSizeOfPaperCode(int paperCode) {
+QPageSize PrinterPageSize(int paperCode) {
   if (paperCode <= 0) return {};
   const QPageSize::PageSizeId id = QPageSize::id(paperCode);
   if (id == QPageSize::Custom) return {};
@@ -66,7 +66,7 @@ QPageSize PageSizeOfPaperCode(int paperCode) {
 PrinterState ReadPrinterState() {
   const QPrinter &printer = CurrentPrinter();
   PrinterState state;
-  state.PaperCode = PaperCodeOf(printer.pageLayout().pageSize());
+  state.PaperCode = PrinterPaperCode(printer.pageLayout().pageSize());
   state.Orientation = OrientationCode(printer.pageLayout().orientation());
   state.Copies = printer.copyCount();
   PrintConfig &config = Shared().Print;
@@ -77,8 +77,7 @@ PrinterState ReadPrinterState() {
 }
 
 bool ApplyPrinterState(QWidget *owner, int paperCode, int orientation, int copies) {
-  return ApplyPrinterPage(owner, PageSizeOfPaperCode(paperCode), OrientationOf(orientation),
-                          copies);
+  return ApplyPrinterPage(owner, PrinterPageSize(paperCode), OrientationOf(orientation), copies);
 }
 
 int ShowPrintSetup(QWidget *owner) {

@@ -23,8 +23,8 @@ struct PrinterState {
 
 // The paper code of a page size, 0 for a size that has none; and the page size
 // of a paper code, an invalid one for a code that names no paper.
-int PaperCodeOf(const QPageSize &size);
-QPageSize PageSizeOfPaperCode(int paperCode);
+int PrinterPaperCode(const QPageSize &size);
+QPageSize PrinterPageSize(int paperCode);
 
 // Paper, orientation and copies of the current printer. They also become the
 // paper, orientation and copies of the print settings in hand (Shared().Print).

@@ -171,7 +171,7 @@ void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
       painter.drawLine(QLineF(along, from, along, to));
   };
 
-  painter.setPen(QPen(colour, 0));
+  painter.setPen(QPen(colour, scene.scaleLineWidth));
   painter.setFont(TrendFont(8));
   // 1. Axis.
   if (horizontal)
@@ -217,7 +217,7 @@ void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
     double anchor = horizontal ? box.right() : box.center().x();
     placed.push_back(ScaleLabel(painter, anchor, box.top() + (pc.logarithmic ? 50 : 0), text,
                                 pc.logarithmic, horizontal));
-    painter.setPen(QPen(colour, 0));
+    painter.setPen(QPen(colour, scene.scaleLineWidth));
   };
 
   // 3. End ticks and their labels.
@@ -238,7 +238,7 @@ void DrawScalePanel(QPainter &painter, const TrendScene &scene, int slot) {
     painter.setPen(QPen(Qt::black, 0));
     QSizeF size = PrintText(painter, x, y, text);
     placed.push_back(QRectF(QPointF(x, y), size));
-    painter.setPen(QPen(colour, 0));  // lines go on in the channel's colour
+    painter.setPen(QPen(colour, scene.scaleLineWidth));  // lines go on in the channel's colour
   };
   if (horizontal) {
     print(0, Yn, head);

@@ -250,7 +250,7 @@ bool SlotScale(const TrendScene &scene, int slot, double &lo, double &hi, bool &
   return false;
 }
 
-void DrawValueGrid(QPainter &painter, const TrendScene &scene) {
+void ValueGrid(QPainter &painter, const TrendScene &scene) {
   double lo = 0, hi = 0;
   bool logarithmic = false;
   if (!SlotScale(scene, 0, lo, hi, logarithmic)) return;
@@ -278,7 +278,7 @@ void DrawValueGrid(QPainter &painter, const TrendScene &scene) {
   };
 
   InBox(painter, plot, [&] {
-    painter.setPen(QPen(ColourOfText(scene.view->GridColor), 0));
+    painter.setPen(QPen(ColourOfText(scene.view->GridColor), scene.gridLineWidth));
     line(nearEnd);
     const double walk = hi >= lo ? step : -step;
     int guard = 0;
@@ -337,6 +337,8 @@ void DrawSlotNumbers(QPainter &painter, const TrendScene &scene) {
 }
 
 }  // namespace
+
+void DrawValueGrid(QPainter &painter, const TrendScene &scene) { ValueGrid(painter, scene); }
 
 QColor ColourOfText(const std::string &colourText) {
   Rgb rgb = RgbOfColourText(colourText);
@@ -409,7 +411,7 @@ TrendPlacement TrendDraw(QPainter &painter, const TrendScene &scene) {
   }
   // 2, 3, 4. Time axis, value grid, channel lines.
   DrawTimeAxis(painter, scene);
-  DrawValueGrid(painter, scene);
+  ValueGrid(painter, scene);
   InBox(painter, l.Picture1, [&] { Wave(painter, scene); });
   // 5. Marks and cursors of a file view.
   if (view.RealTime == 0) {

@@ -32,6 +32,10 @@ struct TrendScene {
   std::string decimalChar = ".";
   int panelRequest = 1;  // 1 draws the scale panels, anything else leaves them
   int panelIndex = 3;    // 0..2 that panel, 3 all shown panels
+  // Pen widths in twips of the scale panels' lines and of the value grid; 0 draws
+  // the hairlines of the screen, a printed page sets its own widths.
+  double scaleLineWidth = 0;
+  double gridLineWidth = 0;
 };
 
 enum class MarkKind { kAlarm, kMessage, kFlag };
@@ -57,6 +61,9 @@ void ClearTrendSurfaces(QPainter &painter, const TrendScene &scene);
 // Scale panels, time axis, value grid, channel lines, event marks, cursors and
 // slot numbers, in that order, each layer over the one before.
 TrendPlacement TrendDraw(QPainter &painter, const TrendScene &scene);
+
+// The value grid of the selected slot's scale across the plot (Picture1).
+void DrawValueGrid(QPainter &painter, const TrendScene &scene);
 
 // The plot's lines of one channel (Wave), for a member switched on by itself.
 void DrawChannelWave(QPainter &painter, const TrendScene &scene, int place);

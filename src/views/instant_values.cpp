@@ -84,6 +84,13 @@ UnitLayout LayoutOf(const RecordFileInfo &info) {
   return layout;
 }
 
+void StartRows(InstantGrid &grid, std::int32_t count) {
+  grid.Times.assign(static_cast<size_t>(count), 0);
+  grid.Cells.assign(static_cast<size_t>(count), std::vector<std::string>(grid.Columns.size() + 1));
+}
+
+}  // namespace
+
 std::string AnalogCell(const ChannelInfo &ch, std::int32_t raw, const std::string &decimalChar) {
   if (ch.ScaleKind == 1) {
     std::string special = SpecialValueText(raw, ch.InputType);
@@ -93,13 +100,6 @@ std::string AnalogCell(const ChannelInfo &ch, std::int32_t raw, const std::strin
   }
   return ValueText(raw, ch.Decimals, ch.InputType, decimalChar);
 }
-
-void StartRows(InstantGrid &grid, std::int32_t count) {
-  grid.Times.assign(static_cast<size_t>(count), 0);
-  grid.Cells.assign(static_cast<size_t>(count), std::vector<std::string>(grid.Columns.size() + 1));
-}
-
-}  // namespace
 
 // ---- Cell texts -------------------------------------------------------------
 

@@ -28,6 +28,11 @@ std::string TextFieldValueText(std::string_view field, int inputType,
 // A digital input's state: "1" when set, otherwise "0".
 std::string DiText(int state);
 
+// A raw value of an analog channel as the views show it: the special values as
+// their texts, a logarithmic channel's value as mantissa and exponent, else with
+// the channel's decimals.
+std::string AnalogCell(const ChannelInfo &ch, std::int32_t raw, const std::string &decimalChar);
+
 // The state of DI `diNumber` (1..8) in a binary record's DI word. With
 // RecordType 0 the first value of the period is bit 2n-2 and the second bit
 // 2n-1; with any other type bit 2n-2 gives both.

@@ -286,5 +286,22 @@ check "instant follows --decimal-char and --date-format" $?
 [ $? = 1 ]; check "instant --page 0 is a usage error" $?
 "$cli" instant --help | grep -q -- '--cursor T'; check "instant --help tells its options" $?
 
+"$cli" --home "$home" print-pdf "$samples/SHEAT01.FDT" --out "$work/p.pdf" --from '2024/03/04 08:00:00' --to '2024/03/05 08:00:00' --mode continuous --pages 3 --orientation landscape --title 'T' >"$work/pout"
+check "print-pdf exits 0" $?
+[ "$(sed -n 2p "$work/pout")" = 3 ]; check "print-pdf prints its page count" $?
+head -c 5 "$work/p.pdf" | grep -q '%PDF-'; check "print-pdf writes a PDF" $?
+if command -v pdftoppm >/dev/null; then
+  pdftoppm -r 10 -png "$work/p.pdf" "$work/pp"
+  [ "$(ls "$work"/pp*.png | wc -l)" = 3 ]; check "pdftoppm renders the print's three pages" $?
+fi
+"$cli" --home "$home" print-pdf "$samples/SHEAT01.FDT" --out "$work/s.pdf" --step 43200 --pages 2 --paper B5 --orientation portrait | sed -n 2p | grep -qx 2
+check "print-pdf --step prints stepped pages" $?
+empty_home; check "print-pdf leaves no working files" $?
+"$cli" --home "$home" print-pdf "$samples/SHEAT01.FDT" --out "$work/x.pdf" --paper Letter >/dev/null 2>&1
+[ $? = 1 ]; check "print-pdf with an unknown paper is a usage error" $?
+"$cli" --home "$home" print-pdf "$samples/SHEAT01.FDT" --out "$work/x.pdf" --step 90 >/dev/null 2>&1
+[ $? = 1 ]; check "print-pdf --step of no whole minutes is a usage error" $?
+"$cli" print-pdf --help | grep -q -- '--paper A3|A4|A5|B4|B5'; check "print-pdf --help tells its options" $?
+
 echo "cli: $passed passed, $failed failed"
 [ "$failed" = 0 ]

@@ -25,6 +25,7 @@
 #include "../gui/gui_test_support.h"
 #include "../shell/temp_folder.h"
 #include "app/desktop_commands.h"
+#include "print/print_preview_window.h"
 #include "print/print_setting_form.h"
 #include "print/printer_setup.h"
 #include "shell/catalogue.h"
@@ -355,6 +356,32 @@ TEST_F(PrintDialogs, PrintCommandsOfTheDialogsAreOffWithoutARecord) {
   EXPECT_FALSE(window->command("mnuFilePrintTitle")->isEnabled());
 }
 
+TEST_F(PrintDialogs, PreviewButtonsOpenTheTitleAndTheSettingsDialogsOfItsTrend) {
+  window->command("mnuFileV")->trigger();
+  PrintPreviewWindow *preview = nullptr;
+  for (QWidget *w : QApplication::topLevelWidgets())
+    if (auto *p = qobject_cast<PrintPreviewWindow *>(w))
+      if (p->isVisible()) preview = p;
+  ASSERT_NE(preview, nullptr);
+  const QString title = QString::fromUtf8("焼鈍炉 A");
+  WhenShown("dlgTitle", [&title](QDialog *d) {
+    Child<QLineEdit>(d, "Text1")->setText(title);
+    Click(d, "Command1");
+  });
+  preview->findChild<QPushButton *>("Command1_1")->click();
+  EXPECT_EQ(trend->view().PrintTitle, title.toStdString());
+  WhenShown("dlgPrnSet", [](QDialog *d) {
+    Choose(d, "DataLine", "4");
+    Click(d, "OKButton");
+  });
+  preview->findChild<QPushButton *>("Command1_2")->click();
+  EXPECT_EQ(ReadIni("DLINE", "PRINT", Ini()), "4");
+  EXPECT_EQ(Shared().Print.DLINE, 4);
+  EXPECT_TRUE(messages.ids().empty());
+  preview->close();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 // The printer: a PDF file stands for a device, so that the set-up can be driven
 // on a machine without printers.
 struct PrinterSetup : PrintDialogs {
@@ -378,16 +405,16 @@ TEST_F(PrinterSetup, PaperCode8GivesAnA3PageOf11680By16495Times1414) {
 }
 
 TEST_F(PrinterSetup, PaperCodesOfTheTableMapToTheirPapersAndBack) {
-  EXPECT_EQ(PageSizeOfPaperCode(8).id(), QPageSize::A3);
-  EXPECT_EQ(PageSizeOfPaperCode(9).id(), QPageSize::A4);
-  EXPECT_EQ(PageSizeOfPaperCode(11).id(), QPageSize::A5);
-  EXPECT_EQ(PageSizeOfPaperCode(12).id(), QPageSize::JisB4);
-  EXPECT_EQ(PageSizeOfPaperCode(13).id(), QPageSize::JisB5);
-  for (int code : {8, 9, 11, 12, 13}) EXPECT_EQ(PaperCodeOf(PageSizeOfPaperCode(code)), code);
-  EXPECT_EQ(PaperCodeOf(QPageSize(QPageSize::Letter)), 1);
-  EXPECT_FALSE(PageSizeOfPaperCode(0).isValid());
-  EXPECT_FALSE(PageSizeOfPaperCode(9999).isValid());
-  EXPECT_EQ(PaperCodeOf(QPageSize()), 0);
+  EXPECT_EQ(PrinterPageSize(8).id(), QPageSize::A3);
+  EXPECT_EQ(PrinterPageSize(9).id(), QPageSize::A4);
+  EXPECT_EQ(PrinterPageSize(11).id(), QPageSize::A5);
+  EXPECT_EQ(PrinterPageSize(12).id(), QPageSize::JisB4);
+  EXPECT_EQ(PrinterPageSize(13).id(), QPageSize::JisB5);
+  for (int code : {8, 9, 11, 12, 13}) EXPECT_EQ(PrinterPaperCode(PrinterPageSize(code)), code);
+  EXPECT_EQ(PrinterPaperCode(QPageSize(QPageSize::Letter)), 1);
+  EXPECT_FALSE(PrinterPageSize(0).isValid());
+  EXPECT_FALSE(PrinterPageSize(9999).isValid());
+  EXPECT_EQ(PrinterPaperCode(QPageSize()), 0);
 }
 
 TEST_F(PrinterSetup, LandscapeB5WithTwoCopiesIsSetAndReadBack) {
