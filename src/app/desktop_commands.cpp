@@ -8,6 +8,8 @@
 #include "print/print_command.h"
 #include "print/print_preview_window.h"
 #include "link/link_commands.h"
+#include "print/print_setting_dialog.h"
+#include "print/title_dialog.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -145,6 +147,14 @@ void ConnectDesktopCommands(MainWindow &window) {
     ApplyMenuSet(frame);
   });
 
+  // The print's settings and title belong to the current slot's trend view.
+  window.setCommandHandler("mnuFilePrintSet", [mdi, frame] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowPrintSettingDialog(frame, trend->view());
+  });
+  window.setCommandHandler("mnuFilePrintTitle", [mdi, frame] {
+    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowTitleDialog(frame, trend->view());
+  });
+
   OnTrend(window, "mnuFileExportImage", &TrendWindow::exportPicture);
   OnTrend(window, "mnuEditCopyImage", &TrendWindow::copyPicture);
   OnTrend(window, "mnuTimeAll", &TrendWindow::onTimeAll);
@@ -267,6 +277,10 @@ void ConnectDesktopCommands(MainWindow &window) {
   });
   // The recorder link's Communication menu.
   ConnectLinkCommands(window);
+  // The preview's title and print settings buttons open the same dialogs as the
+  // file menu.
+  PrintPreviewWindow::SetTitleDialog(ShowTitleDialog);
+  PrintPreviewWindow::SetPrintSettingsDialog(ShowPrintSettingDialog);
 }
 
 }  // namespace recscope

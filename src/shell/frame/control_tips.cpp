@@ -21,6 +21,11 @@ QString ControlCaption(const QString &objectName) {
   if (objectName == QLatin1String("txtWidth")) return QString::fromUtf8("幅");
   if (objectName == QLatin1String("txtHeight")) return QString::fromUtf8("高さ");
   if (objectName == QLatin1String("txtPath")) return QString::fromUtf8("ファイル (PNG / SVG)");
+  // The box of the print dialog when a paper cannot be set: the system's own
+  // English words, kept as they are written.
+  if (objectName == QLatin1String("msgPrinterSetting")) return QStringLiteral("Printer setting");
+  if (objectName == QLatin1String("msgPrinterSettingText"))
+    return QStringLiteral("The stecified size of the form can not be used.");
   return {};
 }
 

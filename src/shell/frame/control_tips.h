@@ -11,7 +11,9 @@ QString ControlTip(const QString &objectName);
 
 // The caption of such a control by its objectName: mnuFileRecent (the records
 // opened last), mnuViewFullScreen, mnuFileExportImage, mnuEditCopyImage and the
-// picture export dialog's title and fields. An empty text for any other name.
+// picture export dialog's title and fields, msgPrinterSetting and
+// msgPrinterSettingText (the title and text of the box shown when the printer
+// cannot take a paper). An empty text for any other name.
 QString ControlCaption(const QString &objectName);
 
 }  // namespace recscope

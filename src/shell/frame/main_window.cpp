@@ -176,8 +176,10 @@ void MainWindow::UpdateMainMenus() {
             toolBar_->findChild<QAction *>(QStringLiteral("tbButton%1").arg(place.index)))
       button->setEnabled(ToolButtonOn(place.index, state.MenuState));
   }
-  // The picture of a trend needs a record, as printing it does.
-  for (const char *control : {"mnuFileExportImage", "mnuEditCopyImage"})
+  // The picture of a trend and the print's title and settings need a record, as
+  // printing it does.
+  for (const char *control :
+       {"mnuFileExportImage", "mnuEditCopyImage", "mnuFilePrintTitle", "mnuFilePrintSet"})
     setCommandOn(QString::fromLatin1(control), state.MenuState == 1);
 }
 

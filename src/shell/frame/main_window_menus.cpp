@@ -67,6 +67,10 @@ void MainWindow::buildMenus() {
   file->addSeparator();
   addCommand(file, "mnuFilePrint", 10507);
   addCommand(file, "mnuFileV", 10508);
+  // The page title and print settings, which the system reaches from the preview
+  // only, stand beside print and preview as well.
+  addCommand(file, "mnuFilePrintTitle", 11018);
+  addCommand(file, "mnuFilePrintSet", 11019);
   file->addSeparator();
   addCommand(file, "mnuFileExportImage", 0)
       ->setText(ControlCaption(QStringLiteral("mnuFileExportImage")));

@@ -38,6 +38,13 @@ int ShowComposedMessage(QWidget *parent, int messageId, const QString &text,
   return Service()(parent, request);
 }
 
+int ShowWordedMessage(QWidget *parent, const QString &title, const QString &text) {
+  MessageRequest request;
+  request.composedText = text;
+  request.title = title;
+  return Service()(parent, request);
+}
+
 void SetMessageService(MessageService service) {
   Service() = service ? std::move(service) : MessageService(ShowMessageBox);
 }
@@ -45,7 +52,8 @@ void SetMessageService(MessageService service) {
 int ShowMessageBox(QWidget *parent, const MessageRequest &request) {
   const bool question = request.buttons.testAnyFlags(QMessageBox::Yes | QMessageBox::No);
   QMessageBox box(question ? QMessageBox::Question : QMessageBox::Information,
-                  QApplication::applicationDisplayName(), request.text(), request.buttons, parent);
+                  request.title.isEmpty() ? QApplication::applicationDisplayName() : request.title,
+                  request.text(), request.buttons, parent);
   box.setObjectName(QStringLiteral("msgCatalogue"));
   box.setProperty("messageId", request.messageId);
   return box.exec();

@@ -22,6 +22,9 @@ struct MessageRequest {
   // A text the caller made of catalogue texts (two messages in one box, or a list
   // of findings); empty for a plain catalogue message.
   QString composedText;
+  // The title of a box the system words itself, outside the catalogue (shown
+  // with messageId 0); empty for the program's name.
+  QString title;
 
   // The catalogue text of the id with every placeholder filled in, or the
   // composed text when there is one.
@@ -40,6 +43,10 @@ int ShowMessage(QWidget *parent, int messageId,
 // `messageId` names the message that leads it.
 int ShowComposedMessage(QWidget *parent, int messageId, const QString &text,
                         QMessageBox::StandardButtons buttons = QMessageBox::Ok);
+
+// A box whose title and text are not catalogue texts but fixed words of the
+// system (see shell/frame/control_tips); it has an OK button only.
+int ShowWordedMessage(QWidget *parent, const QString &title, const QString &text);
 
 // Installs the routine that shows messages; an empty one puts the message box
 // back.
