@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <functional>
 
+#include "ftp/ftp_window.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -209,6 +210,9 @@ void ConnectDesktopCommands(MainWindow &window) {
   for (const char *command :
        {"mnuViewdaysub1", "mnuViewdaysub2", "mnuviewdaysub3", "mnuViewdaysub4", "mnuViewdaysub5"})
     window.setCommandHandler(command, [mdi] { RedrawAll(mdi); });
+
+  // The FTP browser: one window, brought to the front when it stands.
+  window.setCommandHandler("mnuCommFTP", [frame] { FtpWindow::Show(frame); });
 }
 
 }  // namespace recscope
