@@ -41,6 +41,7 @@ class FtpSettingDialog : public QDialog {
 };
 
 // The FTP port of the desktop program: $RECSCOPE_FTP_PORT for tests, else 21.
+// $RECSCOPE_FTP_TIMEOUT (seconds), also for tests, shortens every wait.
 int DesktopFtpPort();
 
 }  // namespace recscope
