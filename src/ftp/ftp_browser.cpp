@@ -1,6 +1,7 @@
 #include "ftp/ftp_browser.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 
 #include "shell/catalogue.h"
@@ -130,6 +131,13 @@ std::vector<std::string> DeleteFiles(const FtpEndpoint &endpoint, const std::str
     }
   }
   return failed;
+}
+
+void ApplyTimeoutFromEnvironment(FtpEndpoint &endpoint) {
+  const char *text = std::getenv("RECSCOPE_FTP_TIMEOUT");
+  long seconds = text ? std::atol(text) : 0;
+  if (seconds > 0)
+    endpoint.ConnectTimeout = endpoint.ReplyTimeout = endpoint.StallTimeout = seconds;
 }
 
 std::string NameLines(const std::vector<std::string> &names) {

@@ -79,6 +79,10 @@ DownloadOutcome DownloadFiles(const FtpEndpoint &endpoint, const std::string &fo
 std::vector<std::string> DeleteFiles(const FtpEndpoint &endpoint, const std::string &folder,
                                      const std::vector<std::string> &names);
 
+// $RECSCOPE_FTP_TIMEOUT (seconds), when set, shortens every wait of `endpoint`:
+// tests use it for a slow server.
+void ApplyTimeoutFromEnvironment(FtpEndpoint &endpoint);
+
 // The names one a line, each followed by a line end, for @DITEM@ and @FITEM@.
 std::string NameLines(const std::vector<std::string> &names);
 

@@ -131,9 +131,7 @@ void FtpSettingDialog::onConnect() {
   endpoint.Port = port_;
   endpoint.User = name_->text().toStdString();
   endpoint.Password = pass_->text().toStdString();
-  // Tests shorten the waits for a slow recorder.
-  if (const char *limit = std::getenv("RECSCOPE_FTP_TIMEOUT"); limit && std::atol(limit) > 0)
-    endpoint.ConnectTimeout = endpoint.ReplyTimeout = endpoint.StallTimeout = std::atol(limit);
+  ApplyTimeoutFromEnvironment(endpoint);
   WriteIni(endpoint.Host, "IP", "FTP", IniPath());
   WriteIni(endpoint.User, "USER", "FTP", IniPath());
 
