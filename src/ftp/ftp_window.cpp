@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStorageInfo>
+#include <QTimer>
 #include <QTreeView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -165,8 +166,26 @@ FtpWindow::FtpWindow(QWidget *parent)
   });
   connect(remote_, &QTreeWidget::itemDoubleClicked, this, [this] { onDownload(); });
   connect(drive_, &QComboBox::currentIndexChanged, this, &FtpWindow::onDriveChanged);
-  connect(folders_, &QTreeView::clicked, this,
-          [this](const QModelIndex &index) { setLocalFolder(folderModel_->filePath(index)); });
+  // The folder model reads folders as it goes, and folders read later push the
+  // chosen one down: the tree opens down to it and keeps it in sight until the
+  // operator moves in the tree.
+  followTimer_ = new QTimer(this);
+  followTimer_->setSingleShot(true);
+  followTimer_->setInterval(100);
+  connect(followTimer_, &QTimer::timeout, this, [this] {
+    if (followFolder_)
+      folders_->scrollTo(folders_->currentIndex(), QAbstractItemView::PositionAtCenter);
+  });
+  connect(folderModel_, &QFileSystemModel::directoryLoaded, this, [this](const QString &path) {
+    if (followFolder_ && localFolder_.startsWith(path)) showLocalFolder();
+  });
+  connect(folderModel_, &QFileSystemModel::rowsInserted, this, [this] {
+    if (followFolder_) followTimer_->start();
+  });
+  connect(folders_, &QTreeView::clicked, this, [this](const QModelIndex &index) {
+    setLocalFolder(folderModel_->filePath(index));
+    followFolder_ = false;
+  });
 
   QString start = QString::fromStdString(Shared().ProgramFolder);
   if (start.isEmpty()) start = QDir::homePath();
@@ -180,6 +199,7 @@ FtpWindow::~FtpWindow() {
 
 void FtpWindow::setLocalFolder(const QString &folder) {
   localFolder_ = QDir(folder).absolutePath();
+  followFolder_ = true;
   // The drive that holds the folder: the longest mount root in front of it.
   int best = -1;
   for (int i = 0; i < drive_->count(); ++i) {
@@ -191,12 +211,19 @@ void FtpWindow::setLocalFolder(const QString &folder) {
     QSignalBlocker block(drive_);
     drive_->setCurrentIndex(best);
   }
-  QModelIndex index = folderModel_->index(localFolder_);
-  if (index.isValid()) {
-    folders_->setCurrentIndex(index);
-    folders_->scrollTo(index);
-  }
+  showLocalFolder();
   refreshLocalFiles();
+}
+
+// Opens the folder tree down to the chosen folder and marks it.
+void FtpWindow::showLocalFolder() {
+  QModelIndex index = folderModel_->index(localFolder_);
+  if (!index.isValid()) return;
+  for (QModelIndex parent = index.parent(); parent.isValid(); parent = parent.parent())
+    folders_->expand(parent);
+  folders_->setCurrentIndex(index);
+  // Scrolled once the tree has laid out the rows just opened.
+  followTimer_->start();
 }
 
 void FtpWindow::onDriveChanged(int index) {

@@ -18,6 +18,7 @@ class QLabel;
 class QListWidget;
 class QPushButton;
 class QRadioButton;
+class QTimer;
 class QTreeView;
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -69,6 +70,7 @@ class FtpWindow : public QDialog {
   void listRemote();
   void fillRemote(const FtpListing &listing);
   void refreshLocalFiles();
+  void showLocalFolder();
   void onDriveChanged(int index);
   bool totalize() const;
   std::string optionFolder() const;
@@ -80,6 +82,7 @@ class FtpWindow : public QDialog {
   QListWidget *files_ = nullptr;
   QTreeWidget *remote_ = nullptr;
   QLabel *reading_ = nullptr;
+  QTimer *followTimer_ = nullptr;
   QRadioButton *optS_ = nullptr;
   QRadioButton *optT_ = nullptr;
   QPushButton *connect_ = nullptr;
@@ -92,6 +95,7 @@ class FtpWindow : public QDialog {
   std::string ftpDir_ = "/";
   bool connected_ = false;
   bool busy_ = false;
+  bool followFolder_ = true;
   std::shared_ptr<std::atomic<bool>> cancelFlag_;
 };
 
