@@ -68,10 +68,16 @@ std::set<std::string> FolderNames(const fs::path &folder) {
 QString Text(int id) { return QString::fromStdString(GetMessageText(id)); }
 
 struct FtpWindowFixture : ::testing::Test {
-  FtpWindowFixture() { target = MakeTempFolder("recscope-ftp-local"); }
+  // The local folder stands alone in a folder of its own, so that anything
+  // written beside it shows.
+  FtpWindowFixture() {
+    outer = MakeTempFolder("recscope-ftp-local");
+    target = outer / "local";
+    fs::create_directories(target);
+  }
   ~FtpWindowFixture() override {
     if (window) delete window.data();
-    fs::remove_all(target);
+    fs::remove_all(outer);
     unsetenv("RECSCOPE_FTP_PORT");
     unsetenv("RECSCOPE_FTP_TIMEOUT");
   }
@@ -128,6 +134,7 @@ struct FtpWindowFixture : ::testing::Test {
 
   MessageRecorder messages{QMessageBox::Ok};
   GuiHome home;
+  fs::path outer;
   fs::path target;
   QPointer<FtpWindow> window;
 };
@@ -376,8 +383,6 @@ TEST_F(FtpWindowFixture, HostileNamesNeverShowAndACutTransferIsNamedAsNotFetched
   FtpTestServer server({.hostileNames = true, .cutTransfer = true});
   WriteBytes(server.RecordFolder() / "S0001.FDT", 40000, 1);
   ASSERT_TRUE(server.Start());
-  fs::path parent = target.parent_path();
-  std::set<std::string> parentBefore = FolderNames(parent);
   OpenBrowser();
   ConnectThroughTheDialog(server.Port());
   ASSERT_TRUE(Settled());
@@ -389,7 +394,7 @@ TEST_F(FtpWindowFixture, HostileNamesNeverShowAndACutTransferIsNamedAsNotFetched
   EXPECT_EQ(messages.messages()[0].text(), "S0001.FDT\n" + Text(30109).remove("@FITEM@"));
   EXPECT_TRUE(fs::is_empty(target));
   EXPECT_TRUE(window->localFiles().isEmpty());
-  EXPECT_EQ(FolderNames(parent), parentBefore);
+  EXPECT_EQ(FolderNames(outer), std::set<std::string>{"local"});
 }
 
 TEST_F(FtpWindowFixture, AnEmptyFolderSaysThereAreNoFiles) {
