@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <mutex>
 #include <system_error>
@@ -187,6 +188,14 @@ int Progress(void *user, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
 }
 
 }  // namespace
+
+std::int64_t LocalCivilSeconds(std::int64_t epochSeconds) {
+  std::time_t when = static_cast<std::time_t>(epochSeconds);
+  std::tm local{};
+  localtime_r(&when, &local);
+  return FromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                    local.tm_min, local.tm_sec});
+}
 
 bool IsSafeRemoteName(const std::string &name) {
   if (name.empty() || name == "." || name == "..") return false;
@@ -387,7 +396,8 @@ FtpListing FtpSession::List(std::int64_t nowSeconds) {
         curl_easy_getinfo(impl_->curl, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size);
         curl_easy_getinfo(impl_->curl, CURLINFO_FILETIME, &fileTime);
         if (size >= 0) entry.FileSize = static_cast<double>(static_cast<std::uint32_t>(size));
-        if (fileTime >= 0) entry.FileTime = fileTime;
+        // MDTM is universal time; the list's times are the recorder's own clock.
+        if (fileTime >= 0) entry.FileTime = LocalCivilSeconds(fileTime);
       }
     }
     listing.Entries.push_back(entry);

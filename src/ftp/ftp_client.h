@@ -80,6 +80,9 @@ std::vector<FtpEntry> ParseListText(const std::string &text, std::int64_t nowSec
 // ahead. Applied to plain files only.
 void ApplyTodayYear(std::vector<FtpEntry> &entries, std::int64_t todaySeconds);
 
+// A moment of the universal clock as the computer's local civil time.
+std::int64_t LocalCivilSeconds(std::int64_t epochSeconds);
+
 // The folder "/" with "\" taken as "/" ("/S000000\T000000" is "/S000000/T000000").
 std::string NormalFolder(const std::string &folder);
 

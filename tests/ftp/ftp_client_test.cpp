@@ -2,6 +2,7 @@
 // by the fallback, downloads byte for byte, hostile names, cut transfers, refused
 // logins and a slow server.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <chrono>
 #include <filesystem>
@@ -179,6 +180,28 @@ TEST(FtpClient, ListingByTheFallbackAloneStillFills) {
   ASSERT_NE(Find(listing.Entries, "S0001.FDT"), nullptr);
   EXPECT_EQ(Find(listing.Entries, "S0001.FDT")->FileSize, 5000);
   EXPECT_EQ(Find(listing.Entries, "notes.txt"), nullptr);
+}
+
+TEST(FtpClient, ListingByNamesAloneAsksEachFilesSizeAndTime) {
+  FtpTestServer server({.namesOnly = true});
+  WriteBytes(server.RecordFolder() / "S0001.FDT", 5000, 1);
+  WriteBytes(server.RecordFolder() / "A0001.FDT", 64, 2);
+  WriteBytes(server.RecordFolder() / "notes.txt", 10, 3);
+  ASSERT_TRUE(server.Start());
+  FtpSession session(server.Endpoint());
+  ASSERT_EQ(session.Open("/"), FtpStatus::Ok);
+  FtpListing listing = session.List(Now());
+  ASSERT_EQ(listing.Status, FtpStatus::Ok);
+  EXPECT_TRUE(listing.ByFallback);
+  ASSERT_EQ(listing.Entries.size(), 2u);
+  const FtpEntry *record = Find(listing.Entries, "S0001.FDT");
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->FileSize, 5000);
+  struct stat info {};
+  ASSERT_EQ(stat((server.RecordFolder() / "S0001.FDT").c_str(), &info), 0);
+  EXPECT_EQ(record->FileTime, LocalCivilSeconds(info.st_mtime));
+  ASSERT_NE(Find(listing.Entries, "A0001.FDT"), nullptr);
+  EXPECT_EQ(Find(listing.Entries, "A0001.FDT")->FileSize, 64);
 }
 
 TEST(FtpClient, DownloadIsTheServersFileByteForByteAndReplacesAnOlderOne) {

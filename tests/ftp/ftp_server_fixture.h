@@ -26,6 +26,7 @@ struct FtpServerOptions {
   bool cutTransfer = false;
   bool refuseLogin = false;
   bool listFallbackOnly = false;
+  bool namesOnly = false;
   double slowSeconds = 0;
   int lifetimeSeconds = 90;
 };
@@ -91,6 +92,7 @@ class FtpTestServer {
     if (options_.cutTransfer) args.push_back("--cut-transfer");
     if (options_.refuseLogin) args.push_back("--refuse-login");
     if (options_.listFallbackOnly) args.push_back("--list-fallback-only");
+    if (options_.namesOnly) args.push_back("--names-only");
     if (options_.slowSeconds > 0) {
       args.push_back("--slow");
       args.push_back(std::to_string(options_.slowSeconds));

@@ -4,6 +4,7 @@
     ftp_test_server.py --root DIR --port-file FILE [--user U --password P]
                        [--layout flat|memory] [--hostile-names] [--cut-transfer]
                        [--refuse-login] [--slow SECONDS] [--list-fallback-only]
+                       [--names-only]
                        [--lifetime SECONDS]
 
 The server picks a free port and writes it to --port-file once it listens.
@@ -15,6 +16,7 @@ the root; flat leaves the root as it is. Switches for a hostile server:
   --refuse-login        refuses every login
   --slow SECONDS        waits that long before every reply (the greeting too)
   --list-fallback-only  refuses a plain LIST; only "LIST *.FDT" and NLST answer
+  --names-only          refuses every LIST; only NLST answers
 The server ends by itself after --lifetime seconds (default 120).
 """
 import argparse
@@ -46,6 +48,7 @@ def main():
     parser.add_argument("--refuse-login", action="store_true")
     parser.add_argument("--slow", type=float, default=0.0)
     parser.add_argument("--list-fallback-only", action="store_true")
+    parser.add_argument("--names-only", action="store_true")
     parser.add_argument("--lifetime", type=float, default=120.0)
     args = parser.parse_args()
 
@@ -98,6 +101,9 @@ def main():
 
         def ftp_LIST(self, path):
             pattern = self._pattern()
+            if args.names_only:
+                self.respond("550 LIST not supported here.")
+                return None
             if pattern is None:
                 if args.list_fallback_only:
                     self.respond("550 LIST not supported here.")
