@@ -25,6 +25,7 @@ namespace recscope {
 namespace {
 
 constexpr int kCaption = 10700;
+constexpr int kAddressLabel = 10701;
 constexpr int kFrame = 10702;
 constexpr int kUserLabel = 10703;
 constexpr int kPasswordLabel = 10704;
@@ -79,7 +80,7 @@ FtpSettingDialog::FtpSettingDialog(QWidget *parent,
     if (i < 3) address->addWidget(new QLabel(QStringLiteral("."), frame));
   }
   address->addStretch();
-  grid->addWidget(new QLabel(QStringLiteral("IP"), frame), 0, 0);
+  grid->addWidget(new QLabel(Text(kAddressLabel), frame), 0, 0);
   grid->addLayout(address, 0, 1);
   name_ = new QLineEdit(frame);
   name_->setObjectName(QStringLiteral("txtName"));

@@ -229,6 +229,11 @@ TEST_F(FtpWindowFixture, AddressPartsTakeDigitsAndAValueAbove255IsRefusedOnLeavi
   FtpSettingDialog *dialog = SettingDialog();
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(dialog->windowTitle(), Text(10700));
+  QStringList labels;
+  for (QLabel *label : dialog->findChildren<QLabel *>()) labels << label->text();
+  EXPECT_TRUE(labels.contains(Text(10701)));
+  EXPECT_TRUE(labels.contains(Text(10703)));
+  EXPECT_TRUE(labels.contains(Text(10704)));
   QLineEdit *ip1 = dialog->findChild<QLineEdit *>("txtIP1");
   QString typed = "12a";
   int position = 0;
