@@ -10,6 +10,7 @@
 #include "link/link_commands.h"
 #include "print/print_setting_dialog.h"
 #include "print/title_dialog.h"
+#include "ftp/ftp_window.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -281,6 +282,8 @@ void ConnectDesktopCommands(MainWindow &window) {
   // file menu.
   PrintPreviewWindow::SetTitleDialog(ShowTitleDialog);
   PrintPreviewWindow::SetPrintSettingsDialog(ShowPrintSettingDialog);
+  // The FTP browser: one window, brought to the front when it stands.
+  window.setCommandHandler("mnuCommFTP", [frame] { FtpWindow::Show(frame); });
 }
 
 }  // namespace recscope
