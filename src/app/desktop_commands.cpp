@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <functional>
 
+#include "ftp/auto_fetch_control.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -209,6 +210,11 @@ void ConnectDesktopCommands(MainWindow &window) {
   for (const char *command :
        {"mnuViewdaysub1", "mnuViewdaysub2", "mnuviewdaysub3", "mnuViewdaysub4", "mnuViewdaysub5"})
     window.setCommandHandler(command, [mdi] { RedrawAll(mdi); });
+
+  // The automatic fetch: its timers live with the main window, frmRecord shows them.
+  auto *autoFetch = new AutoFetchControl(frame);
+  window.setCommandHandler("mnuCommRec", [autoFetch] { autoFetch->showWindow(); });
+  autoFetch->resumeAfterLoad();
 }
 
 }  // namespace recscope

@@ -128,7 +128,10 @@ std::string RecorderFolderName(const std::string &ip) {
 
 FetchTimer::FetchTimer(std::function<std::int64_t()> clock) : clock_(std::move(clock)) {}
 
-void FetchTimer::Start() { firstTick_ = true; }
+void FetchTimer::Start(const std::string &cycleText) {
+  firstTick_ = true;
+  next_ = AddCycle(clock_(), ParseCycle(cycleText));
+}
 
 bool FetchTimer::Tick(const std::string &cycleText, const std::function<bool()> &askNow,
                       bool running) {

@@ -69,8 +69,9 @@ class FetchTimer {
  public:
   explicit FetchTimer(std::function<std::int64_t()> clock);
 
-  // cmdStart: the next tick asks whether to fetch at once.
-  void Start();
+  // cmdStart: the next time is shown one cycle from now until the next tick
+  // asks whether to fetch at once.
+  void Start(const std::string &cycleText);
 
   // One tick of the timer with the present CYCLE value. On the first tick after
   // a start `askNow` is called: true fetches now, false one cycle from now.

@@ -42,7 +42,7 @@ TEST(AutoFetchCycle, CycleMissingMakesTheNextTimeOneHourOn) {
   EXPECT_EQ(AddCycle(kMorning, ParseCycle(cycle)), kMorning + 3600);
 
   FetchTimer timer([] { return kMorning; });
-  timer.Start();
+  timer.Start(cycle);
   EXPECT_FALSE(timer.Tick(
       cycle, [] { return false; }, false));
   EXPECT_EQ(timer.NextFetchTime(), FromCivil({2025, 6, 30, 10, 15, 0}));
@@ -124,7 +124,7 @@ TEST(AutoFetchSettings, MissingRecorderSectionReadsAsEmptyAndOff) {
 TEST(AutoFetchTimer, FirstTickAnsweredYesRunsAtOnce) {
   std::int64_t now = kMorning;
   FetchTimer timer([&now] { return now; });
-  timer.Start();
+  timer.Start("00:02");
   int asked = 0;
   EXPECT_TRUE(timer.Tick(
       "00:02", [&asked] { return ++asked, true; }, false));
@@ -136,7 +136,8 @@ TEST(AutoFetchTimer, FirstTickAnsweredYesRunsAtOnce) {
 TEST(AutoFetchTimer, FirstTickAnsweredNoWaitsOneCycle) {
   std::int64_t now = kMorning;
   FetchTimer timer([&now] { return now; });
-  timer.Start();
+  timer.Start("00:02");
+  EXPECT_EQ(timer.NextFetchTime(), kMorning + 2 * 3600);
   int asked = 0;
   EXPECT_FALSE(timer.Tick(
       "00:02", [&asked] { return ++asked, false; }, false));
@@ -152,7 +153,7 @@ TEST(AutoFetchTimer, FirstTickAnsweredNoWaitsOneCycle) {
 TEST(AutoFetchTimer, TickDuringARunDoesNothing) {
   std::int64_t now = kMorning;
   FetchTimer timer([&now] { return now; });
-  timer.Start();
+  timer.Start("00:01");
   int asked = 0;
   EXPECT_FALSE(timer.Tick(
       "00:01", [&asked] { return ++asked, true; }, true));
@@ -163,7 +164,7 @@ TEST(AutoFetchTimer, TickDuringARunDoesNothing) {
 TEST(AutoFetchTimer, EndOfARunSetsTheNextTimeOneCycleFromThen) {
   std::int64_t now = kMorning;
   FetchTimer timer([&now] { return now; });
-  timer.Start();
+  timer.Start("01:00");
   ASSERT_TRUE(timer.Tick(
       "01:00", [] { return true; }, false));
   now += 125;  // the run took a while
