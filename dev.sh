@@ -10,6 +10,7 @@ PACKAGES=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-serialport-dev qt6-svg-dev libgl-dev
   libcurl4-openssl-dev libgtest-dev libgmock-dev libbenchmark-dev
+  python3-pyftpdlib
   clang-14 libclang-rt-14-dev
   fonts-ipafont-gothic xvfb xauth
   desktop-file-utils shared-mime-info dpkg-dev file
