@@ -17,9 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr int kTries = 3;
 
-bool StopAsked(const FetchRunOptions &options) {
-  return options.Stop && options.Stop->load();
-}
+bool StopAsked(const FetchRunOptions &options) { return options.Stop && options.Stop->load(); }
 
 bool MakeFolder(const std::string &folder) {
   std::error_code error;
@@ -141,8 +139,7 @@ class FetchRun {
 
   // Downloads `name` with up to three tries, a new session after each failure.
   FtpStatus Download(std::unique_ptr<FtpSession> &session, const FtpEndpoint &endpoint,
-                     const std::string &folder, const std::string &name,
-                     const std::string &local) {
+                     const std::string &folder, const std::string &name, const std::string &local) {
     if (!IsSafeRemoteName(name)) return FtpStatus::BadName;
     FtpStatus status = FtpStatus::Failed;
     for (int attempt = 0; attempt < kTries; ++attempt) {
@@ -175,11 +172,11 @@ class FetchRun {
     const int count = static_cast<int>(list.size());
     bool failed = false;
     for (int i = 0; i < count; ++i) {
+      if (hooks_.Progress) hooks_.Progress(FetchProgressText(totalize, n, i + 1, count));
       if (StopAsked(options_)) {
         result_.Stopped = true;
         return false;
       }
-      if (hooks_.Progress) hooks_.Progress(FetchProgressText(totalize, n, i + 1, count));
       const FtpEntry &entry = list[static_cast<std::size_t>(i)];
       const std::string &name = entry.FileName;
       if (entry.IsFolder || name.empty()) continue;
@@ -205,8 +202,7 @@ class FetchRun {
       if (status == FtpStatus::Ok && twin) {
         failedName = twin->FileName;
         status = Download(session, endpoint, remote, twin->FileName, local);
-        if (status == FtpStatus::Ok)
-          Log(RecorderText(n) + twin->FileName + GetMessageText(10853));
+        if (status == FtpStatus::Ok) Log(RecorderText(n) + twin->FileName + GetMessageText(10853));
       }
       if (status == FtpStatus::Cancelled) {
         result_.Stopped = true;

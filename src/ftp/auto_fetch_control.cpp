@@ -175,7 +175,8 @@ void AutoFetchControl::beginRun() {
   options.Stop = &stopRun_;
   FetchRunHooks hooks;
   hooks.Logged = [this](const std::string &) {
-    QMetaObject::invokeMethod(this, [this] { emit logged(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { emit logged(); }, Qt::QueuedConnection);
   };
   hooks.Status = [this](int n, const std::string &status) {
     const QString text = QString::fromStdString(status);
@@ -195,7 +196,8 @@ void AutoFetchControl::beginRun() {
   if (worker_.joinable()) worker_.join();
   worker_ = std::thread([this, options, hooks] {
     const FetchRunResult result = RunFetchCycle(options, hooks);
-    QMetaObject::invokeMethod(this, [this, result] { endRun(result); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, result] { endRun(result); }, Qt::QueuedConnection);
   });
 }
 

@@ -220,10 +220,10 @@ void RecordFetchWindow::showSchedule() {
   const bool on = control_->isOn();
   start_->setEnabled(!on);
   stop_->setEnabled(on);
-  nextTime_->setText(on && control_->nextFetchTime() != 0
-                         ? QString::fromStdString(
-                               FormatTime(control_->nextFetchTime(), Shared().DateFormatNo))
-                         : QString());
+  nextTime_->setText(
+      on && control_->nextFetchTime() != 0
+          ? QString::fromStdString(FormatTime(control_->nextFetchTime(), Shared().DateFormatNo))
+          : QString());
 }
 
 void RecordFetchWindow::LogShow() {
