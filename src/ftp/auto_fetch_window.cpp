@@ -1,6 +1,7 @@
 #include "ftp/auto_fetch_window.h"
 
 #include <QCheckBox>
+#include <QFontDatabase>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -116,6 +117,8 @@ RecordFetchWindow::RecordFetchWindow(AutoFetchControl *control, QWidget *parent)
   log_->setObjectName("txtLogwin");
   log_->setReadOnly(true);
   log_->setLineWrapMode(QPlainTextEdit::NoWrap);
+  // One font for every line, whatever script a message is written in.
+  log_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   auto *logBox = new QGroupBox(Text(10906), this);
   auto *logLayout = new QVBoxLayout(logBox);
   logLayout->addWidget(log_);
