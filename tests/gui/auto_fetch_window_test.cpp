@@ -385,3 +385,52 @@ TEST(AutoFetchWindow, WaitDialogEndCutsTheRunShortAndTheWindowCloses) {
   const QString log = QString::fromStdString(Cp932ToUtf8(ReadAll(LogFilePath(desk.home.folder()))));
   EXPECT_TRUE(log.endsWith(Text(10856) + "\r\n"));
 }
+
+TEST(AutoFetchWindow, FailedRecorderShowsNGAndTheCommunicationErrorText) {
+  FtpServerOptions refusing;
+  refusing.refuseLogin = true;
+  FtpTestServer server(refusing);
+  ASSERT_TRUE(server.Start());
+  PortVariable port(server.Port());
+
+  Desktop desk;
+  MessageRecorder messages(QMessageBox::Yes);
+  RecordFetchWindow *form = desk.openForm();
+  FillRow(form, 2, {"127", "0", "0", "1"}, "user", "wrong", true);
+  Control<QSpinBox>(form, "txtHour")->setValue(1);
+  Control<QPushButton>(form, "cmdStart")->click();
+  ASSERT_TRUE(WaitFor([&] { return Status(form, 2) == "NG"; }));
+  ASSERT_TRUE(WaitFor([] { return !Shared().AutoRunning; }));
+  EXPECT_EQ(desk.window.findChild<QLabel *>("sbAutoFetch")->text(), Text(10801));
+  EXPECT_EQ(
+      LogBoxMessages(form),
+      (QStringList{Text(10850), Text(10850),
+                   QString::fromStdString(GetMessageText(10860, {{"@NUM@", "2"}})) + Text(10855),
+                   Text(10851)}));
+}
+
+TEST(AutoFetchWindow, StartUpWithTheFetchLeftOnResumesOneCycleOn) {
+  GuiHome home;
+  FetchRecorders rows;
+  rows[0] = {"127.0.0.1", "user", "pass", true};
+  WriteFetchSettings(ViewerComIniPath(home.folder()), rows, {0, 3}, true);
+  MainWindow window;
+  ConnectDesktopCommands(window);
+  window.load();
+  AutoFetchControl *control = AutoFetchControl::Of(&window);
+  ASSERT_NE(control, nullptr);
+  ASSERT_TRUE(WaitFor([&] { return control->isOn(); }, 5));
+  EXPECT_TRUE(window.findChild<QTimer *>("AutoFTPTimer")->isActive());
+  const QString log = QString::fromStdString(LogShow(home.folder()));
+  EXPECT_EQ(log.mid(20), Text(10852));
+  EXPECT_GT(control->nextFetchTime(), LocalNowSeconds() + 3 * 3600 - 60);
+  control->stop();
+}
+
+TEST(AutoFetchWindow, StartUpWithTheFetchOffStaysStopped) {
+  Desktop desk;
+  for (int i = 0; i < 3; ++i) QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  EXPECT_FALSE(desk.control->isOn());
+  EXPECT_FALSE(desk.window.findChild<QTimer *>("AutoFTPTimer")->isActive());
+  EXPECT_EQ(LogShow(desk.home.folder()), "");
+}
