@@ -11,6 +11,7 @@
 #include "print/print_setting_dialog.h"
 #include "print/title_dialog.h"
 #include "ftp/ftp_window.h"
+#include "ftp/auto_fetch_control.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -284,6 +285,10 @@ void ConnectDesktopCommands(MainWindow &window) {
   PrintPreviewWindow::SetPrintSettingsDialog(ShowPrintSettingDialog);
   // The FTP browser: one window, brought to the front when it stands.
   window.setCommandHandler("mnuCommFTP", [frame] { FtpWindow::Show(frame); });
+  // The automatic fetch: its timers live with the main window, frmRecord shows them.
+  auto *autoFetch = new AutoFetchControl(frame);
+  window.setCommandHandler("mnuCommRec", [autoFetch] { autoFetch->showWindow(); });
+  autoFetch->resumeAfterLoad();
 }
 
 }  // namespace recscope

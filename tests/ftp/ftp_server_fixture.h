@@ -29,6 +29,9 @@ struct FtpServerOptions {
   bool namesOnly = false;
   double slowSeconds = 0;
   int lifetimeSeconds = 90;
+  // Where the server listens: any loopback address, and a fixed port (0: a free one).
+  std::string host = "127.0.0.1";
+  int port = 0;
 };
 
 inline std::filesystem::path MakeTempFolder(const std::string &stem) {
@@ -87,7 +90,10 @@ class FtpTestServer {
         "--user",           "user",
         "--password",       "pass",
         "--layout",         options_.memoryLayout ? "memory" : "flat",
-        "--lifetime",       std::to_string(options_.lifetimeSeconds)};
+        "--lifetime",       std::to_string(options_.lifetimeSeconds),
+        "--host",           options_.host,
+        "--port",           std::to_string(options_.port),
+        "--command-log",    (work_ / "commands.log").string()};
     if (options_.hostileNames) args.push_back("--hostile-names");
     if (options_.cutTransfer) args.push_back("--cut-transfer");
     if (options_.refuseLogin) args.push_back("--refuse-login");
@@ -141,10 +147,12 @@ class FtpTestServer {
   }
   std::filesystem::path TotalizeFolder() const { return RecordFolder() / "T000000"; }
   const std::filesystem::path &Work() const { return work_; }
+  // Every command the server received but PASS, one a line ("RETR S0001.FDT").
+  std::string CommandLog() const { return ReadAll(work_ / "commands.log"); }
 
   FtpEndpoint Endpoint(const std::string &password = "pass") const {
     FtpEndpoint endpoint;
-    endpoint.Host = "127.0.0.1";
+    endpoint.Host = options_.host;
     endpoint.Port = port_;
     endpoint.User = "user";
     endpoint.Password = password;

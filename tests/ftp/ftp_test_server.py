@@ -5,9 +5,11 @@
                        [--layout flat|memory] [--hostile-names] [--cut-transfer]
                        [--refuse-login] [--slow SECONDS] [--list-fallback-only]
                        [--names-only]
-                       [--lifetime SECONDS]
+                       [--lifetime SECONDS] [--host ADDR] [--port N]
+                       [--command-log FILE]
 
-The server picks a free port and writes it to --port-file once it listens.
+The server picks a free port (or takes --port) on --host (default 127.0.0.1, any
+loopback address serves) and writes it to --port-file once it listens.
 --layout memory makes the folders S000000 (with T000000 under it) and MEMORY in
 the root; flat leaves the root as it is. Switches for a hostile server:
   --hostile-names       lists extra names that must never become local files
@@ -17,6 +19,8 @@ the root; flat leaves the root as it is. Switches for a hostile server:
   --slow SECONDS        waits that long before every reply (the greeting too)
   --list-fallback-only  refuses a plain LIST; only "LIST *.FDT" and NLST answer
   --names-only          refuses every LIST; only NLST answers
+--command-log appends every command the server receives (but PASS) to FILE, one a
+line, so that a test can count what a client asked for.
 The server ends by itself after --lifetime seconds (default 120).
 """
 import argparse
@@ -50,6 +54,9 @@ def main():
     parser.add_argument("--list-fallback-only", action="store_true")
     parser.add_argument("--names-only", action="store_true")
     parser.add_argument("--lifetime", type=float, default=120.0)
+    parser.add_argument("--host", default="127.0.0.1")
+    parser.add_argument("--port", type=int, default=0)
+    parser.add_argument("--command-log", default="")
     args = parser.parse_args()
 
     root = os.path.abspath(args.root)
@@ -89,6 +96,9 @@ def main():
 
         def pre_process_command(self, line, cmd, arg):
             self._last_arg = arg or ""
+            if args.command_log and cmd != "PASS":
+                with open(args.command_log, "a", encoding="utf8", errors="replace") as out:
+                    out.write(("%s %s" % (cmd, arg or "")).rstrip() + "\n")
             return FTPHandler.pre_process_command(self, line, cmd, arg)
 
         def _pattern(self):
@@ -144,7 +154,7 @@ def main():
     Handler.banner = "test server ready."
     Handler._last_arg = ""
 
-    server = FTPServer(("127.0.0.1", 0), Handler)
+    server = FTPServer((args.host, args.port), Handler)
     port = server.socket.getsockname()[1]
     temp = args.port_file + ".tmp"
     with open(temp, "w") as out:
