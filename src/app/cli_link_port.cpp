@@ -3,9 +3,9 @@
 #include <chrono>
 #include <cstdio>
 
-#include "shell/home_folder.h"
 #include "link/link_commands.h"
 #include "shell/catalogue.h"
+#include "shell/home_folder.h"
 
 namespace recscope::cli {
 

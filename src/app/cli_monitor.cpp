@@ -79,8 +79,9 @@ int RunMonitor(const GlobalOptions &, const std::vector<std::string> &args) {
   const RecordFileInfo &record = state.Slot(kLinkSlot).Record;
   std::printf("%s\n", MonitorTimeText(ring, ring.writeIndex()).c_str());
   for (int g : GroupsWithMembers(record)) {
-    std::printf("%s\n",
-                CutTrailingBlanks(record.Groups[static_cast<std::size_t>(g - 1)].GroupName).c_str());
+    std::printf(
+        "%s\n",
+        CutTrailingBlanks(record.Groups[static_cast<std::size_t>(g - 1)].GroupName).c_str());
     for (int member : GroupMembers(record, g))
       std::printf("%s\n",
                   InstantValueLine(MonitorCellOf(record, ring, ring.writeIndex(), member)).c_str());

@@ -21,7 +21,8 @@ void Write(std::FILE *file, const std::string &bytes) {
 std::string AlarmEventBytes(std::int32_t time, int channelNo, int alarmNo, int action, int state) {
   std::string out(kAlarmEventBytes, '\0');
   const auto t = static_cast<std::uint32_t>(time);
-  for (int i = 0; i < 4; ++i) out[static_cast<std::size_t>(i)] = static_cast<char>((t >> (8 * i)) & 0xFF);
+  for (int i = 0; i < 4; ++i)
+    out[static_cast<std::size_t>(i)] = static_cast<char>((t >> (8 * i)) & 0xFF);
   out[4] = 'A';
   out[5] = static_cast<char>(channelNo & 0xFF);
   out[6] = static_cast<char>(alarmNo & 0xFF);
@@ -53,8 +54,8 @@ std::vector<AlarmEvent> AlarmChanges(const MonitorSample *previous, const Monito
 }
 
 bool MonitorRun::Start(CommandDriver &driver, const ComPortSettings &settings,
-                       const RegisterMap &map, const std::string &folder,
-                       const MonitorHooks &hooks, SharedState &state) {
+                       const RegisterMap &map, const std::string &folder, const MonitorHooks &hooks,
+                       SharedState &state) {
   Stop();
   state.CurrentFile = static_cast<std::int16_t>(kLinkSlot);
   ring_ = MonitorRing();

@@ -91,7 +91,8 @@ MonitorCell MonitorCellOf(const RecordFileInfo &record, const MonitorRing &ring,
   const ChannelInfo *channel = ChannelOf(record, member);
   if (!channel || member > kMonitorChannels) return cell;
   const double scaled = ring.value(1 + member, index);
-  const auto raw = static_cast<std::int32_t>(std::lround(scaled * std::pow(10.0, channel->Decimals)));
+  const auto raw =
+      static_cast<std::int32_t>(std::lround(scaled * std::pow(10.0, channel->Decimals)));
   cell.Tag = CutTrailingBlanks(channel->Tag);
   cell.Unit = CutTrailingBlanks(channel->Unit);
   if (channel->ScaleKind == 1)

@@ -18,10 +18,10 @@ inline constexpr int kWholeDisplayColumns = 6;
 
 struct MonitorCell {
   int Member = 0;
-  std::string Label;  // "CH05", "DI02"
-  std::string Tag;    // the channel's tag, trailing blanks cut
-  std::string Value;  // the last value as the views show it
-  std::string Unit;   // analog only, trailing blanks cut
+  std::string Label;    // "CH05", "DI02"
+  std::string Tag;      // the channel's tag, trailing blanks cut
+  std::string Value;    // the last value as the views show it
+  std::string Unit;     // analog only, trailing blanks cut
   double Fraction = 0;  // 0 to 1: where the value stands between the scale's ends
 };
 

@@ -103,7 +103,8 @@ MonitorGroupWindow::MonitorGroupWindow(const char *objectName, QWidget *parent) 
 void MonitorGroupWindow::selectGroup(int groupNo) {
   group_ = groupNo;
   for (int i = 0; i < tabs_->count(); ++i)
-    if (tabs_->tabData(i).toInt() == groupNo && tabs_->currentIndex() != i) tabs_->setCurrentIndex(i);
+    if (tabs_->tabData(i).toInt() == groupNo && tabs_->currentIndex() != i)
+      tabs_->setCurrentIndex(i);
   if (ring_) redraw(*ring_, index_);
 }
 
@@ -177,8 +178,7 @@ void ComBargraphWindow::Show() { picture_->update(); }
 void ComBargraphWindow::resizeEvent(QResizeEvent *) {
   tabs_->setGeometry(0, 0, width(), kTabHeight);
   time_->setGeometry(4, kTabHeight, width() - 8, kTimeHeight);
-  picture_->setGeometry(0, kTabHeight + kTimeHeight, width(),
-                        height() - kTabHeight - kTimeHeight);
+  picture_->setGeometry(0, kTabHeight + kTimeHeight, width(), height() - kTabHeight - kTimeHeight);
 }
 
 ComWholeDisplayWindow::ComWholeDisplayWindow(QWidget *parent) : QWidget(parent) {

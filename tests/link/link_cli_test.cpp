@@ -144,9 +144,9 @@ TEST(MonitorCli, PollsForTheSecondsAndPrintsTheLastValuesAsTheInstantWindowLists
   // one shown.
   const std::string measurement = recorder.path("home/S100000.FDT");
   EXPECT_EQ(ReadAll(measurement).size(), kMonitorHead + polls * 66);
-  std::string expected = measurement + "\n" +
-                         recscope::RecordTimeText(1700000000LL + static_cast<long long>(polls) - 1) +
-                         "\n";
+  std::string expected =
+      measurement + "\n" +
+      recscope::RecordTimeText(1700000000LL + static_cast<long long>(polls) - 1) + "\n";
   expected += "GROUP 1\n";
   for (int c = 1; c <= 10; ++c) {
     char line[64];
@@ -154,7 +154,7 @@ TEST(MonitorCli, PollsForTheSecondsAndPrintsTheLastValuesAsTheInstantWindowLists
     expected += line;
   }
   expected += "GROUP 2\n";
-  const char *units2[] = {"USR11ab", "USR12ab", "kg/h", "g/h", "m3/h",
+  const char *units2[] = {"USR11ab", "USR12ab", "kg/h",  "g/h",    "m3/h",
                           "l/h",     "",        "t/min", "kg/min", "g/min"};
   for (int c = 11; c <= 20; ++c) {
     char line[64];
@@ -168,9 +168,10 @@ TEST(MonitorCli, PollsForTheSecondsAndPrintsTheLastValuesAsTheInstantWindowLists
     std::snprintf(line, sizeof line, "CH%02d\tCH%02dTAG\t%d.0\t%s\n", c, c, c, units3[c - 21]);
     expected += line;
   }
-  expected += "GROUP 4\n"
-              "DI01\tDI1TAG\t1\t\nDI02\tDI2TAG\t0\t\nDI03\tDI3TAG\t1\t\nDI04\tDI4TAG\t0\t\n"
-              "DI05\tDI5TAG\t1\t\n";
+  expected +=
+      "GROUP 4\n"
+      "DI01\tDI1TAG\t1\t\nDI02\tDI2TAG\t0\t\nDI03\tDI3TAG\t1\t\nDI04\tDI4TAG\t0\t\n"
+      "DI05\tDI5TAG\t1\t\n";
   EXPECT_EQ(run.out, expected);
   // The alarms of channel 1 (alarm 1) and 2 (alarm 2) are raised at the first
   // sample and stay: two events behind the alarm file's head.

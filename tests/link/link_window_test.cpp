@@ -7,9 +7,9 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
@@ -213,12 +213,11 @@ TEST_F(LinkDesktop, StartShowsTheMonitorTrendAndThreeViewsWithTheRecordersValues
   EXPECT_EQ(trend->view().DisplayStart, 1700000000);
   EXPECT_FALSE(trend->picture().isNull());
 
-  const QStringList group1{
-      "CH01\tCH01TAG\t1.0\tUSR01ab", "CH02\tCH02TAG\t2.0\tUSR02ab",
-      "CH03\tCH03TAG\t3.0\tUSR03ab", "CH04\tCH04TAG\t4.0\tUSR04ab",
-      "CH05\tCH05TAG\t5.0\tUSR05ab", "CH06\tCH06TAG\t6.0\tUSR06ab",
-      "CH07\tCH07TAG\t7.0\tUSR07ab", "CH08\tCH08TAG\t8.0\tUSR08ab",
-      "CH09\tCH09TAG\t9.0\tUSR09ab", "CH10\tCH10TAG\t10.0\tUSR10ab"};
+  const QStringList group1{"CH01\tCH01TAG\t1.0\tUSR01ab", "CH02\tCH02TAG\t2.0\tUSR02ab",
+                           "CH03\tCH03TAG\t3.0\tUSR03ab", "CH04\tCH04TAG\t4.0\tUSR04ab",
+                           "CH05\tCH05TAG\t5.0\tUSR05ab", "CH06\tCH06TAG\t6.0\tUSR06ab",
+                           "CH07\tCH07TAG\t7.0\tUSR07ab", "CH08\tCH08TAG\t8.0\tUSR08ab",
+                           "CH09\tCH09TAG\t9.0\tUSR09ab", "CH10\tCH10TAG\t10.0\tUSR10ab"};
   EXPECT_EQ(list->rowTexts(), group1);
   EXPECT_TRUE(list->timeText().startsWith("2023/11/14 22:13:"));
   auto *listTabs = list->findChild<QTabBar *>("TabStrip1");
@@ -227,9 +226,9 @@ TEST_F(LinkDesktop, StartShowsTheMonitorTrendAndThreeViewsWithTheRecordersValues
   // A click on a tab makes its group current.
   listTabs->setCurrentIndex(3);
   EXPECT_EQ(list->currentGroup(), 4);
-  EXPECT_EQ(list->rowTexts(), (QStringList{"DI01\tDI1TAG\t1\t", "DI02\tDI2TAG\t0\t",
-                                           "DI03\tDI3TAG\t1\t", "DI04\tDI4TAG\t0\t",
-                                           "DI05\tDI5TAG\t1\t"}));
+  EXPECT_EQ(list->rowTexts(),
+            (QStringList{"DI01\tDI1TAG\t1\t", "DI02\tDI2TAG\t0\t", "DI03\tDI3TAG\t1\t",
+                         "DI04\tDI4TAG\t0\t", "DI05\tDI5TAG\t1\t"}));
   bars->findChild<QTabBar *>("TabStrip1")->setCurrentIndex(1);
   EXPECT_EQ(bars->currentGroup(), 2);
   ASSERT_EQ(bars->cells().size(), 10u);

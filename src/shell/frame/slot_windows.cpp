@@ -5,11 +5,11 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 
+#include "link/monitor_windows.h"
 #include "record/open_record.h"
 #include "shell/catalogue.h"
 #include "shell/frame/main_window.h"
 #include "shell/menu_state.h"
-#include "link/monitor_windows.h"
 #include "shell/shared_state.h"
 #include "totalize/report.h"
 #include "totalize/report_list_window.h"
