@@ -54,6 +54,8 @@ bool MonitorSession::ComMonitorStart() {
   Shared().Slot(kLinkSlot).Record.InUse = -1;
   OpenSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend);
   for (SlotWindowKind kind : kMonitorViews) OpenSlotWindow(mdi, kLinkSlot, kind);
+  // The four windows side by side, so that none starts outside the frame.
+  mdi->tileSubWindows();
   for (int index : kMonitorButtons)
     if (auto *button = frame_.findChild<QAction *>(QStringLiteral("tbButton%1").arg(index)))
       button->setEnabled(true);
