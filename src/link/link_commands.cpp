@@ -7,7 +7,7 @@
 
 #include "link/com_setting_dialog.h"
 #include "link/command_driver.h"
-#include "link/monitor_sample.h"
+#include "link/monitor_session.h"
 #include "link/parameter_read.h"
 #include "platform/serial_line.h"
 #include "record/open_command.h"
@@ -23,41 +23,33 @@ namespace {
 constexpr int kAbortQuestion = 11100;
 constexpr int kAnswerYes = 6;
 constexpr int kAnswerNo = 7;
-constexpr int kTimer2Interval = 100;
 
-// The link of one main window: the command driver on its serial line, the
-// record the setup read began, the ring and Timer2.
+// The link of one main window: the command driver on its serial line and the
+// communication monitor.
 class LinkSession : public QObject {
  public:
   explicit LinkSession(MainWindow &frame) : QObject(&frame), frame_(frame) {
-    timer2_.setInterval(kTimer2Interval);
-    connect(&timer2_, &QTimer::timeout, this, [this] { Timer2_Timer(); });
     driver_.Line = &line_;
+    monitor_ = new MonitorSession(frame, driver_);
+    monitor_->Stopped = [this] { SetRunning(false); };
   }
   ~LinkSession() override {
-    timer2_.stop();
+    delete monitor_;
     ComPortClose(driver_);
-    record_.Close();
   }
 
   void ComMonitorStart();
   void ComMonitorStop();
+  MonitorSession &monitor() { return *monitor_; }
 
  private:
   void SetRunning(bool running);
-  void Timer2_Timer();
 
   MainWindow &frame_;
   SerialComLine line_;
   CommandDriver driver_;
-  ParameterRecord record_;
-  PresentValueMap present_;
-  MonitorRing ring_;
-  std::optional<MonitorSample> previous_;
-  QTimer timer2_;
+  MonitorSession *monitor_ = nullptr;
   bool running_ = false;
-  bool busy_ = false;
-  int samplesWritten_ = 0;
 };
 
 void LinkSession::SetRunning(bool running) {
@@ -71,65 +63,10 @@ void LinkSession::SetRunning(bool running) {
 void LinkSession::ComMonitorStart() {
   if (running_) return;
   SetRunning(true);
-  ring_ = MonitorRing();
-  previous_.reset();
-  samplesWritten_ = 0;
-  CrcTableInit(driver_);
-  ComPortOpen(driver_, ComSettings());
-  present_ = FillPresentValueMap(Registers());
-  ParameterReadHooks hooks;
-  hooks.ComErrorDialog = [this](int code) { return ComErrorDialog(&frame_, code); };
-  hooks.NoFileName = [this] {
-    ShowComposedMessage(&frame_, 0, QString::fromLatin1(kNoFileNameText));
-  };
-  if (!ComParameterRead(driver_, Registers(), Shared().ProgramFolder, hooks, record_)) {
-    ComMonitorStop();
-    return;
-  }
-  driver_.Timer2Enabled = true;
-  timer2_.start();
+  monitor_->ComMonitorStart();
 }
 
-void LinkSession::Timer2_Timer() {
-  // The tick waits inside the transaction while events run: a tick that comes
-  // meanwhile has nothing to do.
-  if (busy_ || !driver_.Timer2Enabled) return;
-  busy_ = true;
-  ring_.Advance();
-  const int result = ComTransact(driver_, kComReadInput, present_.Address, present_.Words, 3, 10,
-                                 present_.ReplyLength);
-  if (result != kComSuccess) {
-    if (line_.IsOpen() && ComErrorDialog(&frame_, result) == kAnswerYes) {
-      busy_ = false;
-      ComMonitorStop();
-      return;
-    }
-    ring_.StepBack();
-    busy_ = false;
-    return;
-  }
-  const MonitorSample sample = TakeSample(driver_.Registers, present_);
-  for (const MonitorSample &s : SamplesToWrite(previous_ ? &*previous_ : nullptr, sample)) {
-    const std::string bytes = SampleRecordBytes(s);
-    if (record_.Measurement) std::fwrite(bytes.data(), 1, bytes.size(), record_.Measurement);
-    ++samplesWritten_;
-  }
-  if (record_.Measurement) std::fflush(record_.Measurement);
-  ring_.Store(sample, record_.Record.Channels);
-  previous_ = sample;
-  busy_ = false;
-}
-
-void LinkSession::ComMonitorStop() {
-  timer2_.stop();
-  ComPortClose(driver_);
-  const bool written = record_.Measurement && samplesWritten_ > 0;
-  record_.Close();
-  SetRunning(false);
-  // The record the monitor wrote opens like any other.
-  if (written)
-    OpenRecordPath(&frame_, frame_.mdiArea(), QString::fromStdString(record_.MeasurementPath));
-}
+void LinkSession::ComMonitorStop() { monitor_->ComMonitorStop(); }
 
 }  // namespace
 
@@ -168,6 +105,13 @@ void ConnectLinkCommands(MainWindow &window) {
   });
   window.setCommandHandler(QStringLiteral("mnuComunicationEnd"),
                            [session] { session->ComMonitorStop(); });
+  // While the monitor runs, Whole display and Bar graph bring back their views.
+  window.setCommandHandler(QStringLiteral("mnuWindowAllmoment"), [session] {
+    session->monitor().openView(SlotWindowKind::kComWholedisplay);
+  });
+  window.setCommandHandler(QStringLiteral("mnuWindowBarGrafu"), [session] {
+    session->monitor().openView(SlotWindowKind::kComBargraph);
+  });
 }
 
 }  // namespace recscope

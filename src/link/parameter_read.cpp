@@ -111,6 +111,8 @@ bool ReadRun::UserUnits() {
       record_.UnitTable[static_cast<std::size_t>(155 + k)] = LeftCharacters(Text(unit, 4), 7);
     address += words;
   }
+  // The trend's unit reader knows the recorder's user units from here on.
+  SetUserUnits(record_.UnitTable);
   return true;
 }
 

@@ -99,6 +99,21 @@ int ReadRecordFamily(const SharedState &state, const std::string &path, RecordSl
   return 0;
 }
 
+int ReadRecordIntoSlot(SharedState &state, const std::string &path, int slotNo) {
+  RecordSlot &slot = state.Slot(slotNo);
+  DeleteWorkingFiles(slot.Record, state.ProgramFolder, slotNo);
+  ClearSlot(slot);
+  FindFamily(path, slot);
+  const int result = ReadSteps(state, slotNo, slot, {});
+  if (result != kValid) {
+    DeleteWorkingFiles(slot.Record, state.ProgramFolder, slotNo);
+    ClearSlot(slot);
+    return OpenResultMessageId(result);
+  }
+  slot.Record.InUse = -1;
+  return 0;
+}
+
 int FileSelect(SharedState &state) {
   for (int slot = 1; slot <= 16; ++slot) {
     if (!state.Slot(slot).InUse()) {

@@ -51,6 +51,11 @@ void DeleteOpenWorkingFiles(const SharedState &state);
 // catalogue id of the refusal (the slot is then cleared).
 int ReadRecordFamily(const SharedState &state, const std::string &path, RecordSlot &slot);
 
+// Reads a record family into the slot `slotNo` as the open does, working files
+// included, without choosing a slot and without counting an open file: for the
+// link's slot, whose record grows while it is shown. Returns 0, or the catalogue
+// id of the refusal (the slot is then cleared).
+int ReadRecordIntoSlot(SharedState &state, const std::string &path, int slotNo);
 // What closing a trend window does to its slot: arrays erased, InUse 0, working
 // files deleted, one open file fewer.
 void CloseRecordSlot(SharedState &state, int slot);

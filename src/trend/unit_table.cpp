@@ -18,7 +18,20 @@ std::string PadUnit(std::string text) {
   return text;
 }
 
+std::vector<std::string> &UserUnits() {
+  static std::vector<std::string> units(kUserUnitCount, std::string(kUnitWidth, ' '));
+  return units;
+}
+
 }  // namespace
+
+void SetUserUnits(const std::vector<std::string> &table) {
+  for (int i = 0; i < kUserUnitCount; ++i) {
+    const std::size_t code = static_cast<std::size_t>(kUserUnitFirst + i);
+    UserUnits()[static_cast<std::size_t>(i)] =
+        code < table.size() ? PadUnit(table[code]) : std::string(kUnitWidth, ' ');
+  }
+}
 
 std::vector<std::string> UnitRead() {
   std::vector<std::string> table;
@@ -29,6 +42,8 @@ std::vector<std::string> UnitRead() {
 }
 
 std::string UnitText(int code) {
+  if (code >= kUserUnitFirst && code < kUserUnitFirst + kUserUnitCount)
+    return UserUnits()[static_cast<std::size_t>(code - kUserUnitFirst)];
   if (code < 0 || code >= kUnitCodeCount) return std::string(kUnitWidth, ' ');
   return PadUnit(GetMessageText(kFirstUnitMessage + code));
 }

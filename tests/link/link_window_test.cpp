@@ -7,9 +7,12 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QTabBar>
 
 #include <cstdlib>
 #include <filesystem>
@@ -19,6 +22,8 @@
 #include "link/com_setting_dialog.h"
 #include "link/command_driver.h"
 #include "link/link_commands.h"
+#include "link/monitor_windows.h"
+#include "record/open_record.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/init_set.h"
@@ -70,6 +75,9 @@ struct LinkDesktop : ::testing::Test {
     return found;
   }
   std::string file(const char *name) { return home.folder() + "/" + name; }
+  QAction *toolButton(int index) {
+    return window.findChild<QAction *>(QStringLiteral("tbButton%1").arg(index));
+  }
 
   SimulatedRecorder recorder;
   MessageRecorder messages{QMessageBox::No};
@@ -154,8 +162,16 @@ TEST_F(LinkDesktop, NoneChosenInTheDialogOpensNoPortAndTheReadEndsWith11105AndTh
   EXPECT_TRUE(trends().isEmpty());
 }
 
-TEST_F(LinkDesktop, StartReadsTheSetupPollsTheRecorderAndEndOpensTheRecordInATrendWindow) {
+TEST_F(LinkDesktop, StartShowsTheMonitorTrendAndThreeViewsWithTheRecordersValuesAndEndClosesThem) {
   ASSERT_TRUE(recorder.ready());
+  window.show();
+  // A record open before the start is closed by it.
+  ASSERT_TRUE(QFile::copy(QStringLiteral(RECSCOPE_SOURCE_DIR "/samples/SHEAT01.FDT"),
+                          home.path(QStringLiteral("SHEAT01.FDT"))));
+  window.openFiles({home.path(QStringLiteral("SHEAT01.FDT"))});
+  ASSERT_EQ(trends().size(), 1);
+  ASSERT_EQ(trends().front()->slot(), 1);
+  trends().front()->setAskOnClose(false);
   // The two modes are a pair of check marks.
   window.runCommand(QStringLiteral("mnuComunicationFileRead"));
   window.runCommand(QStringLiteral("mnuRealTime"));
@@ -165,32 +181,104 @@ TEST_F(LinkDesktop, StartReadsTheSetupPollsTheRecorderAndEndOpensTheRecordInATre
   EXPECT_TRUE(messages.ids().empty());
   EXPECT_TRUE(std::filesystem::exists(file("S100000.FDT")));
   EXPECT_TRUE(std::filesystem::exists(file("A100000.FDT")));
+  EXPECT_FALSE(Shared().Slot(1).InUse());
+  EXPECT_EQ(Shared().CurrentFile, kLinkSlot);
   // While the link runs its other commands are off and the end is on.
   EXPECT_FALSE(enabled("mnuComunicationStart"));
   EXPECT_FALSE(enabled("mnuComunicationSetting"));
   EXPECT_FALSE(enabled("mnuRealTime"));
   EXPECT_TRUE(enabled("mnuComunicationEnd"));
-  // Timer2 polls the present values: 82 requests of the read, then one a poll.
-  ASSERT_TRUE(WaitUntil([&] { return recorder.Requests().size() >= 82u + 4u; }, 5000));
-  window.runCommand(QStringLiteral("mnuComunicationEnd"));
-  const std::size_t polls = recorder.Requests().size() - 82u;
-  EXPECT_EQ(recorder.Requests()[82], "4 86 44");
+  for (int index : {11, 12, 14, 20, 21}) EXPECT_TRUE(toolButton(index)->isEnabled()) << index;
 
+  // The trend of slot 17 and the three views stand.
   ASSERT_EQ(trends().size(), 1);
   TrendWindow *trend = trends().front();
-  const RecordFileInfo &info = Shared().Slot(trend->slot()).Record;
-  EXPECT_EQ(info.FilePath, file("S100000.FDT"));
-  // The recorder's clock goes on by a second a poll: one record each.
-  EXPECT_EQ(static_cast<std::size_t>(info.RecordCount), polls);
-  EXPECT_EQ(info.FirstTime, 1700000000);
-  EXPECT_EQ(info.AnalogCount, 30);
-  EXPECT_EQ(info.Channels[4].Tag, "CH05TAG         ");
-  EXPECT_EQ(info.Groups[1].GroupName, "GROUP 2         ");
+  EXPECT_EQ(trend->slot(), kLinkSlot);
+  EXPECT_EQ(trend->objectName(), "frmTrend");
+  EXPECT_EQ(trend->windowTitle(), "Trend Viewer");
+  auto *list = window.findChild<ComInstantValueWindow *>("frmComInstantvalue");
+  auto *bars = window.findChild<ComBargraphWindow *>("frmComBargraph");
+  auto *whole = window.findChild<ComWholeDisplayWindow *>("frmComWholedisplay");
+  ASSERT_TRUE(list && bars && whole);
+  EXPECT_TRUE(list->isVisible() && bars->isVisible() && whole->isVisible());
+  EXPECT_EQ(window.mdiArea()->subWindowList().size(), 4);
+
+  // Timer2 polls the present values: 82 requests of the read, then one a poll.
+  ASSERT_TRUE(WaitUntil([&] { return recorder.Requests().size() >= 82u + 4u; }, 5000));
+  EXPECT_EQ(recorder.Requests()[82], "4 86 44");
+  ASSERT_TRUE(WaitUntil([&] { return Shared().Slot(kLinkSlot).Record.RecordCount >= 3; }, 5000));
+  EXPECT_EQ(Shared().Slot(kLinkSlot).Record.FirstTime, 1700000000);
+  EXPECT_EQ(Shared().Slot(kLinkSlot).Record.FilePath, file("S100000.FDT"));
+  // The trend shows the record as far as it is written.
+  EXPECT_EQ(trend->view().DisplayStart, 1700000000);
+  EXPECT_FALSE(trend->picture().isNull());
+
+  const QStringList group1{"CH01\tCH01TAG\t1.0\tUSR01ab", "CH02\tCH02TAG\t2.0\tUSR02ab",
+                           "CH03\tCH03TAG\t3.0\tUSR03ab", "CH04\tCH04TAG\t4.0\tUSR04ab",
+                           "CH05\tCH05TAG\t5.0\tUSR05ab", "CH06\tCH06TAG\t6.0\tUSR06ab",
+                           "CH07\tCH07TAG\t7.0\tUSR07ab", "CH08\tCH08TAG\t8.0\tUSR08ab",
+                           "CH09\tCH09TAG\t9.0\tUSR09ab", "CH10\tCH10TAG\t10.0\tUSR10ab"};
+  EXPECT_EQ(list->rowTexts(), group1);
+  EXPECT_TRUE(list->timeText().startsWith("2023/11/14 22:13:"));
+  auto *listTabs = list->findChild<QTabBar *>("TabStrip1");
+  ASSERT_EQ(listTabs->count(), 4);
+  EXPECT_EQ(listTabs->tabText(3), "GROUP 4");
+  // A click on a tab makes its group current.
+  listTabs->setCurrentIndex(3);
+  EXPECT_EQ(list->currentGroup(), 4);
+  EXPECT_EQ(list->rowTexts(),
+            (QStringList{"DI01\tDI1TAG\t1\t", "DI02\tDI2TAG\t0\t", "DI03\tDI3TAG\t1\t",
+                         "DI04\tDI4TAG\t0\t", "DI05\tDI5TAG\t1\t"}));
+  bars->findChild<QTabBar *>("TabStrip1")->setCurrentIndex(1);
+  EXPECT_EQ(bars->currentGroup(), 2);
+  ASSERT_EQ(bars->cells().size(), 10u);
+  EXPECT_EQ(bars->cells()[0].Label, "CH11");
+  EXPECT_EQ(bars->cells()[0].Value, "11.0");
+  EXPECT_DOUBLE_EQ(bars->cells()[0].Fraction, (110.0 + 11.0) / (1011.0 + 11.0));
+  EXPECT_EQ(bars->cells()[9].Label, "CH20");
+  EXPECT_EQ(bars->cells()[9].Value, "20.0");
+  EXPECT_EQ(whole->rows(), 6);
+  const QStringList cells = whole->cellTexts();
+  ASSERT_EQ(cells.size(), 35);
+  EXPECT_EQ(cells[0], "CH01 CH01TAG\n1.0 USR01ab");
+  EXPECT_EQ(cells[14], "CH15 CH15TAG\n15.0 m3/h");
+  EXPECT_EQ(cells[16], "CH17 CH17TAG\n17.0");
+  EXPECT_EQ(cells[34], "DI05 DI5TAG\n1");
+  // Six to a row; the scroll bars follow the window's size.
+  auto *cell7 = whole->findChild<QLabel *>("lblCell7");
+  auto *cell1 = whole->findChild<QLabel *>("lblCell1");
+  EXPECT_EQ(cell7->x(), cell1->x());
+  EXPECT_GT(cell7->y(), cell1->y());
+  auto *vscroll = whole->findChild<QScrollBar *>("VScroll1");
+  auto *hscroll = whole->findChild<QScrollBar *>("HScroll1");
+  whole->parentWidget()->resize(300, 200);
+  const int smallRange = vscroll->maximum();
+  EXPECT_GT(smallRange, 0);
+  EXPECT_GT(hscroll->maximum(), 0);
+  whole->parentWidget()->resize(900, 500);
+  EXPECT_LT(vscroll->maximum(), smallRange);
+  EXPECT_EQ(hscroll->maximum(), 0);
+
+  window.runCommand(QStringLiteral("mnuComunicationEnd"));
+  const std::size_t polls = recorder.Requests().size() - 82u;
+  Wait(50);
+  EXPECT_TRUE(trends().isEmpty());
+  EXPECT_EQ(window.findChild<ComInstantValueWindow *>("frmComInstantvalue"), nullptr);
+  EXPECT_EQ(window.findChild<ComBargraphWindow *>("frmComBargraph"), nullptr);
+  EXPECT_EQ(window.findChild<ComWholeDisplayWindow *>("frmComWholedisplay"), nullptr);
+  EXPECT_FALSE(Shared().Slot(kLinkSlot).InUse());
+  // The record stays: one sample a poll, as the recorder's clock goes on a
+  // second a poll.
+  RecordSlot written;
+  ASSERT_EQ(ReadRecordFamily(Shared(), file("S100000.FDT"), written), 0);
+  EXPECT_EQ(static_cast<std::size_t>(written.Record.RecordCount), polls);
+  EXPECT_EQ(written.Alarms.AlarmCount, 2);
   EXPECT_TRUE(enabled("mnuComunicationStart"));
   EXPECT_TRUE(enabled("mnuComunicationSetting"));
   EXPECT_FALSE(enabled("mnuComunicationEnd"));
-  EXPECT_TRUE(enabled("mnuFileClose"));
-  EXPECT_TRUE(enabled("mnuEdit"));
+  EXPECT_FALSE(enabled("mnuFileClose"));
+  EXPECT_FALSE(toolButton(12)->isEnabled());
+  EXPECT_FALSE(toolButton(14)->isEnabled());
 }
 
 TEST_F(LinkDesktop, FailedRequestOfTheReadAnsweredNoReadsAgainIntoAFreshPair) {
@@ -204,11 +292,13 @@ TEST_F(LinkDesktop, FailedRequestOfTheReadAnsweredNoReadsAgainIntoAFreshPair) {
   EXPECT_TRUE(enabled("mnuComunicationEnd"));
   EXPECT_TRUE(std::filesystem::exists(file("S100000.FDT")));
   ASSERT_TRUE(WaitUntil([&] { return recorder.Requests().size() >= 4u + 70u + 82u + 2u; }, 5000));
-  window.runCommand(QStringLiteral("mnuComunicationEnd"));
   ASSERT_EQ(trends().size(), 1);
+  EXPECT_EQ(trends().front()->slot(), kLinkSlot);
+  window.runCommand(QStringLiteral("mnuComunicationEnd"));
+  EXPECT_TRUE(trends().isEmpty());
 }
 
-TEST_F(LinkDesktop, FailedPollAnsweredYesEndsTheCommunicationAndTheRecordOpens) {
+TEST_F(LinkDesktop, FailedPollAnsweredYesEndsTheCommunicationAndClosesTheMonitorWindows) {
   ASSERT_TRUE(recorder.ready());
   messages.setAnswer(QMessageBox::Yes);
   window.runCommand(QStringLiteral("mnuRealTime"));
@@ -219,7 +309,10 @@ TEST_F(LinkDesktop, FailedPollAnsweredYesEndsTheCommunicationAndTheRecordOpens) 
   EXPECT_EQ(messages.ids(), (std::vector<int>{11102, 11100}));
   EXPECT_TRUE(enabled("mnuComunicationStart"));
   EXPECT_FALSE(enabled("mnuComunicationEnd"));
-  ASSERT_EQ(trends().size(), 1);
+  Wait(50);
+  EXPECT_TRUE(trends().isEmpty());
+  EXPECT_EQ(window.findChild<ComInstantValueWindow *>("frmComInstantvalue"), nullptr);
+  EXPECT_TRUE(std::filesystem::exists(file("S100000.FDT")));
 }
 
 }  // namespace

@@ -32,6 +32,10 @@ KIND for the next COUNT requests:
   six MS     only the first six bytes of the reply; the rest MS milliseconds
              later, or never when MS is 0
   long       the reply with three bytes too many
+  alarm WORD the present values answered well, with WORD as the first word of
+             "ALMB" (channels 1 to 4) instead of 0x0021
+  skip SECS  the present values answered well, the recorder's clock SECS
+             seconds further on from this request on
 Every request is logged to --log as "FUNCTION ADDRESS COUNT"; a request whose
 CRC is wrong is logged as "crc HEX" and not answered.
 """
@@ -79,6 +83,8 @@ class Recorder:
         self.holding = [0] * 65536
         self.inputs = [0] * 65536
         self.present_reads = 0
+        self.clock_skip = 0
+        self.alarm_word = 0x0021
         self.fill()
         self.context = ModbusSlaveContext(
             hr=ModbusSequentialDataBlock(0, self.holding),
@@ -131,10 +137,10 @@ class Recorder:
         self.present()
 
     def present(self):
-        when = 1700000000 + self.present_reads
+        when = 1700000000 + self.present_reads + self.clock_skip
         self.put("V  ", 1, "GTIM", [when & 0xFFFF, when >> 16])
         self.put("V  ", 1, "DIB ", [0b10101])
-        self.put("V  ", 1, "ALMB", [0x0021])
+        self.put("V  ", 1, "ALMB", [self.alarm_word])
         self.put("V  ", 1, "PV  ", [10 * c for c in range(1, 31)])
 
     def answer(self, pdu):
@@ -225,9 +231,12 @@ def main():
             log.flush()
         if station != 1:
             continue
+        kind, arg = faults.next()
+        if kind == "skip":
+            recorder.clock_skip += arg
+        recorder.alarm_word = arg if kind == "alarm" else 0x0021
         body = bytes([station]) + recorder.answer(frame[1:-2])
         reply = body + struct.pack(">H", computeCRC(body))
-        kind, arg = faults.next()
         if kind == "noreply":
             continue
         if kind == "badcrc":

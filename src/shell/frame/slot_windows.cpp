@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 
+#include "link/monitor_windows.h"
 #include "record/open_record.h"
 #include "shell/catalogue.h"
 #include "shell/frame/main_window.h"
@@ -80,6 +81,12 @@ QWidget *MakeWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
     case SlotWindowKind::kCursorCalc:
       Shared().Slot(slot).CursorCalcOpen = -1;
       return new CursorCalcWindow(slot);
+    case SlotWindowKind::kComInstantvalue:
+      return new ComInstantValueWindow;
+    case SlotWindowKind::kComBargraph:
+      return new ComBargraphWindow;
+    case SlotWindowKind::kComWholedisplay:
+      return new ComWholeDisplayWindow;
     case SlotWindowKind::kInstant: {
       auto *list = new InstantValueWindow(slot);
       const QList<TrendWindow *> trends = SlotWindowsOf<TrendWindow>(mdi, slot);
@@ -115,6 +122,12 @@ bool IsKind(QWidget *window, SlotWindowKind kind) {
       return qobject_cast<ReportListWindow *>(window) != nullptr;
     case SlotWindowKind::kAddition:
       return qobject_cast<AdditionWindow *>(window) != nullptr;
+    case SlotWindowKind::kComInstantvalue:
+      return qobject_cast<ComInstantValueWindow *>(window) != nullptr;
+    case SlotWindowKind::kComBargraph:
+      return qobject_cast<ComBargraphWindow *>(window) != nullptr;
+    case SlotWindowKind::kComWholedisplay:
+      return qobject_cast<ComWholeDisplayWindow *>(window) != nullptr;
   }
   return false;
 }
@@ -160,6 +173,10 @@ void WireClose(QWidget *window, QMdiArea *mdi, int slot, SlotWindowKind kind) {
       return;  // InstantOpen goes back to 0 with the window
     case SlotWindowKind::kReport:
       return;  // the report table outlives the window
+    case SlotWindowKind::kComInstantvalue:
+    case SlotWindowKind::kComBargraph:
+    case SlotWindowKind::kComWholedisplay:
+      return;  // the monitor finds them open or not at each sample
     case SlotWindowKind::kAddition: {
       // The window frees its totalize slot as it goes; the menus follow the count.
       QPointer<QMdiArea> area(mdi);
@@ -189,6 +206,7 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind) {
              "[" + QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
     }
     case SlotWindowKind::kTrend: {
+      if (slot == kLinkSlot) return QStringLiteral("Trend Viewer");
       const QString number = QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0'));
       return QString::fromStdString(
                  GetMessageText(kTrendCaption, "@FileNumber@", number.toStdString())) +
@@ -203,6 +221,12 @@ QString SlotWindowCaption(int slot, SlotWindowKind kind) {
       return QString::fromStdString(ReportTypeName(SharedChohyoTable().Type)) +
              QStringLiteral("%1").arg(slot, 2, 10, QLatin1Char('0')) + "[" +
              QString::fromStdString(Shared().Slot(slot).Record.FilePath) + "]";
+    case SlotWindowKind::kComInstantvalue:
+      return QStringLiteral("Instant value");
+    case SlotWindowKind::kComBargraph:
+      return QStringLiteral("Bar graph");
+    case SlotWindowKind::kComWholedisplay:
+      return QStringLiteral("Whole display");
     case SlotWindowKind::kAddition: {
       const TotalizeWindow &file = Shared().Totalize(slot);
       return QString::fromStdString(TotalizeCaption(file.Kind, slot, file.Path));

@@ -20,6 +20,10 @@ enum class SlotWindowKind {
   kInstant,     // frmInstantvalue: follows the trend's cursor and tabs
   kReport,      // frmChohyoList: the sheet of the program's report table
   kAddition,    // frmAddition: a totalize slot's window (slot: the totalize slot)
+  // The communication monitor's views of slot 17, redrawn by the monitor.
+  kComInstantvalue,  // frmComInstantvalue
+  kComBargraph,      // frmComBargraph
+  kComWholedisplay,  // frmComWholedisplay
 };
 
 // Caption of a slot's window of `kind`: for the trend, message 19500 with the

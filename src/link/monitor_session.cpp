@@ -1,0 +1,128 @@
+#include "link/monitor_session.h"
+
+#include <QAction>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+#include "link/link_commands.h"
+#include "link/monitor_windows.h"
+#include "shell/frame/main_window.h"
+#include "shell/frame/message_service.h"
+#include "shell/init_set.h"
+#include "trend/trend_window.h"
+
+namespace recscope {
+
+namespace {
+
+constexpr int kTimer2Interval = 100;
+// The tool bar buttons the monitor turns on.
+constexpr int kMonitorButtons[] = {11, 12, 14, 20, 21};
+constexpr SlotWindowKind kMonitorViews[] = {SlotWindowKind::kComBargraph,
+                                            SlotWindowKind::kComInstantvalue,
+                                            SlotWindowKind::kComWholedisplay};
+
+}  // namespace
+
+MonitorSession::MonitorSession(MainWindow &frame, CommandDriver &driver)
+    : QObject(&frame), frame_(frame), driver_(driver) {
+  timer2_.setObjectName(QStringLiteral("Timer2"));
+  timer2_.setInterval(kTimer2Interval);
+  connect(&timer2_, &QTimer::timeout, this, [this] { Timer2_Timer(); });
+}
+
+MonitorSession::~MonitorSession() {
+  timer2_.stop();
+  run_.Stop();
+}
+
+bool MonitorSession::ComMonitorStart() {
+  // Every open record and viewer is closed first.
+  QMdiArea *mdi = frame_.mdiArea();
+  for (QMdiSubWindow *sub : mdi->subWindowList()) sub->close();
+  MonitorHooks hooks;
+  hooks.ComErrorDialog = [this](int code) { return ComErrorDialog(&frame_, code); };
+  hooks.NoFileName = [this] {
+    ShowComposedMessage(&frame_, 0, QString::fromLatin1(kNoFileNameText));
+  };
+  if (!run_.Start(driver_, ComSettings(), Registers(), Shared().ProgramFolder, hooks, Shared())) {
+    ComMonitorStop();
+    return false;
+  }
+  // Views left from an earlier run go; a new trend of slot 17 comes.
+  CloseMonitorWindows();
+  Shared().Slot(kLinkSlot).Record.InUse = -1;
+  OpenSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend);
+  for (SlotWindowKind kind : kMonitorViews) OpenSlotWindow(mdi, kLinkSlot, kind);
+  // The four windows side by side, so that none starts outside the frame.
+  mdi->tileSubWindows();
+  for (int index : kMonitorButtons)
+    if (auto *button = frame_.findChild<QAction *>(QStringLiteral("tbButton%1").arg(index)))
+      button->setEnabled(true);
+  driver_.Timer2Enabled = true;
+  timer2_.start();
+  return true;
+}
+
+void MonitorSession::openView(SlotWindowKind kind) {
+  if (!run_.running()) return;
+  QWidget *view = FindSlotWindow(frame_.mdiArea(), kLinkSlot, kind);
+  if (!view) view = OpenSlotWindow(frame_.mdiArea(), kLinkSlot, kind);
+  Redraw();
+}
+
+void MonitorSession::Timer2_Timer() {
+  // The tick waits inside the transaction while events run: a tick that comes
+  // meanwhile has nothing to do.
+  if (busy_ || !driver_.Timer2Enabled || !run_.running()) return;
+  busy_ = true;
+  const MonitorTickResult result = run_.Tick();
+  busy_ = false;
+  if (result == MonitorTickResult::kEnd) {
+    ComMonitorStop();
+    return;
+  }
+  if (result == MonitorTickResult::kSampled) Redraw();
+}
+
+void MonitorSession::Redraw() {
+  QMdiArea *mdi = frame_.mdiArea();
+  const MonitorRing &ring = run_.ring();
+  if (!run_.last()) return;
+  const int index = ring.writeIndex();
+  if (auto *bars = static_cast<ComBargraphWindow *>(
+          FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kComBargraph)))
+    bars->redraw(ring, index);
+  if (auto *list = static_cast<ComInstantValueWindow *>(
+          FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kComInstantvalue)))
+    list->redraw(ring, index);
+  if (auto *whole = static_cast<ComWholeDisplayWindow *>(
+          FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kComWholedisplay)))
+    whole->redraw(ring, index);
+  if (auto *trend =
+          static_cast<TrendWindow *>(FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend))) {
+    // The trend reads the record as far as it is written, and shows all of it.
+    if (run_.RefreshSlot(Shared()) == 0) trend->onTimeAll();
+  }
+}
+
+void MonitorSession::CloseMonitorWindows() {
+  QMdiArea *mdi = frame_.mdiArea();
+  for (SlotWindowKind kind : kMonitorViews)
+    while (QWidget *view = FindSlotWindow(mdi, kLinkSlot, kind)) view->parentWidget()->close();
+  while (auto *trend =
+             static_cast<TrendWindow *>(FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend))) {
+    trend->setAskOnClose(false);
+    trend->parentWidget()->close();
+  }
+}
+
+void MonitorSession::ComMonitorStop() {
+  timer2_.stop();
+  run_.Stop();
+  CloseMonitorWindows();
+  frame_.UpdateMainMenus();
+  if (Stopped) Stopped();
+}
+
+}  // namespace recscope
