@@ -152,17 +152,22 @@ void ScaleBlock(QPainter &painter, const PrintPageScene &page) {
   }
 }
 
+// A line across the plot at `along` on its time axis: top to bottom on the
+// horizontal form, left to right on the vertical one.
+void LineAcross(QPainter &painter, const PageRect &plot, double along, bool horizontal) {
+  if (horizontal)
+    painter.drawLine(QLineF(plot.Left + along, plot.Top, plot.Left + along, plot.Bottom()));
+  else
+    painter.drawLine(QLineF(plot.Left, plot.Top + along, plot.Right(), plot.Top + along));
+}
+
 void TimeLines(QPainter &painter, const PrintPageScene &page, bool horizontal) {
   const PageRect &plot = page.geometry->Plot;
   painter.save();
   painter.setClipRect(RectOf(plot));
   painter.setPen(LinePen(ColourOfText(page.view.GridColor), page.source->config.MLINE));
   for (std::int64_t t : Ticks(page)) {
-    const double along = Along(page, t);
-    if (horizontal)
-      painter.drawLine(QLineF(plot.Left + along, plot.Top, plot.Left + along, plot.Bottom()));
-    else
-      painter.drawLine(QLineF(plot.Left, plot.Top + along, plot.Right(), plot.Top + along));
+    LineAcross(painter, plot, Along(page, t), horizontal);
   }
   painter.restore();
 }
@@ -220,11 +225,7 @@ void MarkLines(QPainter &painter, const PrintPageScene &page, bool horizontal) {
                          std::max(page.source->config.MLINE, 1)));
   for (const ListMark &mark : page.marks) {
     if (!MarkOnPage(page, mark)) continue;
-    const double along = Along(page, mark.Time);
-    if (horizontal)
-      painter.drawLine(QLineF(plot.Left + along, plot.Top, plot.Left + along, plot.Bottom()));
-    else
-      painter.drawLine(QLineF(plot.Left, plot.Top + along, plot.Right(), plot.Top + along));
+    LineAcross(painter, plot, Along(page, mark.Time), horizontal);
   }
   painter.restore();
 }
