@@ -25,12 +25,10 @@ bool ParseWhole(const std::string &text, long long &out) {
   }
 }
 
+// The paper code of a name of the paper table, 0 for any other name.
 int PaperCodeOfName(const std::string &name) {
-  if (name == "A3") return kPaperA3;
-  if (name == "A4") return kPaperA4;
-  if (name == "A5") return kPaperA5;
-  if (name == "B4") return kPaperB4;
-  if (name == "B5") return kPaperB5;
+  for (int code : {kPaperA3, kPaperA4, kPaperA5, kPaperB4, kPaperB5})
+    if (name == PaperName(code)) return code;
   return 0;
 }
 

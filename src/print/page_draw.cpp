@@ -21,14 +21,15 @@ namespace recscope {
 namespace {
 
 constexpr double kTwipsPerInch = 1440.0;
-constexpr double kLineUnit = 15.0;  // a line width of 1 is one screen pixel: 15 twips
+constexpr double kTwipsPerPoint = 20.0;
 constexpr double kLabelRoom = 1700.0;
 constexpr int kPrintDateLabel = 15000;
 
 QString Q(const std::string &text) { return QString::fromStdString(text); }
 
+// A line width of 1 is one screen pixel.
 QPen LinePen(const QColor &colour, int width) {
-  QPen pen(colour, std::max(width, 0) * kLineUnit);
+  QPen pen(colour, std::max(width, 0) * kTwipsPerPixel);
   pen.setCapStyle(Qt::FlatCap);
   return pen;
 }
@@ -151,17 +152,22 @@ void ScaleBlock(QPainter &painter, const PrintPageScene &page) {
   }
 }
 
+// A line across the plot at `along` on its time axis: top to bottom on the
+// horizontal form, left to right on the vertical one.
+void LineAcross(QPainter &painter, const PageRect &plot, double along, bool horizontal) {
+  if (horizontal)
+    painter.drawLine(QLineF(plot.Left + along, plot.Top, plot.Left + along, plot.Bottom()));
+  else
+    painter.drawLine(QLineF(plot.Left, plot.Top + along, plot.Right(), plot.Top + along));
+}
+
 void TimeLines(QPainter &painter, const PrintPageScene &page, bool horizontal) {
   const PageRect &plot = page.geometry->Plot;
   painter.save();
   painter.setClipRect(RectOf(plot));
   painter.setPen(LinePen(ColourOfText(page.view.GridColor), page.source->config.MLINE));
   for (std::int64_t t : Ticks(page)) {
-    const double along = Along(page, t);
-    if (horizontal)
-      painter.drawLine(QLineF(plot.Left + along, plot.Top, plot.Left + along, plot.Bottom()));
-    else
-      painter.drawLine(QLineF(plot.Left, plot.Top + along, plot.Right(), plot.Top + along));
+    LineAcross(painter, plot, Along(page, t), horizontal);
   }
   painter.restore();
 }
@@ -219,11 +225,7 @@ void MarkLines(QPainter &painter, const PrintPageScene &page, bool horizontal) {
                          std::max(page.source->config.MLINE, 1)));
   for (const ListMark &mark : page.marks) {
     if (!MarkOnPage(page, mark)) continue;
-    const double along = Along(page, mark.Time);
-    if (horizontal)
-      painter.drawLine(QLineF(plot.Left + along, plot.Top, plot.Left + along, plot.Bottom()));
-    else
-      painter.drawLine(QLineF(plot.Left, plot.Top + along, plot.Right(), plot.Top + along));
+    LineAcross(painter, plot, Along(page, mark.Time), horizontal);
   }
   painter.restore();
 }
@@ -353,8 +355,8 @@ PrintPageScene MakePageScene(const PrintSource &source, const PrintPlan &plan, i
     layout.Picture3[i] = g.Horizontal ? Box{0, kPlotOffset, panel.Width, panel.Height}
                                       : Box{kPlotOffset, 0, panel.Width, panel.Height};
   }
-  scene.scaleLineWidth = std::max(source.config.SLINE, 0) * kLineUnit;
-  scene.gridLineWidth = std::max(source.config.MLINE, 0) * kLineUnit;
+  scene.scaleLineWidth = std::max(source.config.SLINE, 0) * kTwipsPerPixel;
+  scene.gridLineWidth = std::max(source.config.MLINE, 0) * kTwipsPerPixel;
 
   out.marks = ListMarks(view, slot.Flags, source.config.CURSOR, out.range.Start, out.range.End);
   return out;
@@ -451,9 +453,9 @@ void DrawPrintPage(QPainter &painter, const PrintSource &source, const PrintPlan
 
 QImage DrawPrintPageImage(const PrintSource &source, const PrintPlan &plan, int page,
                           double pixelsPerTwip) {
-  const double s = plan.geometry.PaperScale;
-  const int w = std::max(1, static_cast<int>(std::ceil(plan.geometry.Width * s * pixelsPerTwip)));
-  const int h = std::max(1, static_cast<int>(std::ceil(plan.geometry.Height * s * pixelsPerTwip)));
+  const PageExtent paper = plan.geometry.OnPaper();
+  const int w = std::max(1, static_cast<int>(std::ceil(paper.Width * pixelsPerTwip)));
+  const int h = std::max(1, static_cast<int>(std::ceil(paper.Height * pixelsPerTwip)));
   QImage image(w, h, QImage::Format_RGB32);
   image.fill(Qt::white);
   QPainter painter(&image);
@@ -462,48 +464,32 @@ QImage DrawPrintPageImage(const PrintSource &source, const PrintPlan &plan, int 
   return image;
 }
 
-QPageSize::PageSizeId PageSizeOfPaperCode(int paperCode) {
-  switch (paperCode) {
-    case kPaperA3:
-      return QPageSize::A3;
-    case kPaperA5:
-      return QPageSize::A5;
-    case kPaperB4:
-      return QPageSize::B4;
-    case kPaperB5:
-      return QPageSize::JisB5;
-    default:
-      return QPageSize::A4;
-  }
+int PrinterPaperCode(const QPageSize &size) { return size.isValid() ? size.windowsId() : 0; }
+
+QPageSize PrinterPageSize(int paperCode) {
+  if (paperCode <= 0) return {};
+  const QPageSize::PageSizeId id = QPageSize::id(paperCode);
+  if (id == QPageSize::Custom) return {};
+  return QPageSize(id);
 }
 
-int PaperCodeOfPageSize(QPageSize::PageSizeId id) {
-  switch (id) {
-    case QPageSize::A3:
-      return kPaperA3;
-    case QPageSize::A5:
-      return kPaperA5;
-    case QPageSize::B4:
-    case QPageSize::JisB4:
-      return kPaperB4;
-    case QPageSize::B5:
-    case QPageSize::JisB5:
-      return kPaperB5;
-    default:
-      return kPaperA4;
-  }
+QPageLayout::Orientation PageOrientationOf(int orientation) {
+  return orientation == kLandscape ? QPageLayout::Landscape : QPageLayout::Portrait;
 }
 
-void SetPrintPage(QPagedPaintDevice &device, int paperCode, int orientation) {
-  const QPageSize size(PageSizeOfPaperCode(paperCode));
-  const QPageLayout::Orientation turn =
-      orientation == kLandscape ? QPageLayout::Landscape : QPageLayout::Portrait;
+int OrientationCodeOf(QPageLayout::Orientation orientation) {
+  return orientation == QPageLayout::Landscape ? kLandscape : kPortrait;
+}
+
+void SetPrintPage(QPagedPaintDevice &device, const QPageSize &sheet, int paperCode,
+                  int orientation) {
+  const QPageLayout::Orientation turn = PageOrientationOf(orientation);
   const PageExtent printable = PrintablePage(paperCode, orientation);
-  QSizeF sheet = size.size(QPageSize::Point);
-  if (turn == QPageLayout::Landscape) sheet.transpose();
-  const double mx = std::max(0.0, (sheet.width() - printable.Width / 20.0) / 2);
-  const double my = std::max(0.0, (sheet.height() - printable.Height / 20.0) / 2);
-  device.setPageLayout(QPageLayout(size, turn, QMarginsF(mx, my, mx, my), QPageLayout::Point));
+  QSizeF points = sheet.size(QPageSize::Point);
+  if (turn == QPageLayout::Landscape) points.transpose();
+  const double mx = std::max(0.0, (points.width() - printable.Width / kTwipsPerPoint) / 2);
+  const double my = std::max(0.0, (points.height() - printable.Height / kTwipsPerPoint) / 2);
+  device.setPageLayout(QPageLayout(sheet, turn, QMarginsF(mx, my, mx, my), QPageLayout::Point));
 }
 
 bool PaintPrint(QPagedPaintDevice &device, const PrintSource &source, const PrintPlan &plan) {
@@ -524,7 +510,10 @@ bool WritePrintPdf(const std::string &path, const PrintSource &source, const Pri
   QPdfWriter writer(QString::fromStdString(path));
   writer.setResolution(600);
   writer.setCreator(QStringLiteral("Recscope"));
-  SetPrintPage(writer, source.config.PaperCode, source.config.Orientation);
+  // A code that names no paper prints on A4, as its scale does.
+  QPageSize sheet = PrinterPageSize(source.config.PaperCode);
+  if (!sheet.isValid()) sheet = QPageSize(QPageSize::A4);
+  SetPrintPage(writer, sheet, source.config.PaperCode, source.config.Orientation);
   return PaintPrint(writer, source, plan);
 }
 

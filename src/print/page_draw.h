@@ -4,6 +4,7 @@
 // twips of the paper (origin at the printable page's top left); the routine scales
 // the A4 layout by the paper's scale itself.
 #include <QImage>
+#include <QPageLayout>
 #include <QPageSize>
 #include <QPagedPaintDevice>
 #include <QPainter>
@@ -82,13 +83,21 @@ void DrawPrintPage(QPainter &painter, const PrintSource &source, const PrintPlan
 QImage DrawPrintPageImage(const PrintSource &source, const PrintPlan &plan, int page,
                           double pixelsPerTwip);
 
-// The sheet of a paper code (A3, A5, B4, B5, else A4) and back.
-QPageSize::PageSizeId PageSizeOfPaperCode(int paperCode);
-int PaperCodeOfPageSize(QPageSize::PageSizeId id);
+// Paper codes are the platform's (8 A3, 9 A4, 11 A5, 12 B4, 13 B5, 1 Letter, ...):
+// the code of a page size, 0 for a size that has none; and the page size of a
+// code, an invalid one for a code that names no paper. The page's scale comes
+// from the code alone (PaperScale), whatever the sheet's exact size.
+int PrinterPaperCode(const QPageSize &size);
+QPageSize PrinterPageSize(int paperCode);
 
-// Sheet, orientation and margins of a printer or PDF writer, so that its paint
+// Orientation codes (kPortrait, kLandscape) and the page layout's orientation.
+QPageLayout::Orientation PageOrientationOf(int orientation);
+int OrientationCodeOf(QPageLayout::Orientation orientation);
+
+// Orientation and margins of a printer or PDF writer on `sheet`, so that its paint
 // area is the printable page of the paper code centred on the sheet.
-void SetPrintPage(QPagedPaintDevice &device, int paperCode, int orientation);
+void SetPrintPage(QPagedPaintDevice &device, const QPageSize &sheet, int paperCode,
+                  int orientation);
 
 // Every page of the plan on a printer or PDF writer, a new sheet before each page
 // after the first. False when the device cannot be painted on.

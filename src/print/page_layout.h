@@ -92,6 +92,8 @@ struct PageGeometry {
   // Time texts: under the frame (horizontal) or in the margin left of it (vertical).
   double TimeTextY = 0;      // horizontal form: top of the time texts
   double TimeTextRight = 0;  // vertical form: right edge of the time texts
+  // The printable page on the paper: Width and Height times PaperScale.
+  PageExtent OnPaper() const { return {Width * PaperScale, Height * PaperScale}; }
 };
 
 // The chart form of an orientation: landscape pages carry the horizontal form.

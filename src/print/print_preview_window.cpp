@@ -3,7 +3,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPixmap>
-#include <QPrinter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -11,6 +10,7 @@
 #include <algorithm>
 
 #include "print/print_command.h"
+#include "print/printer_setup.h"
 #include "shell/catalogue.h"
 #include "shell/shared_state.h"
 #include "trend/trend_window.h"
@@ -24,7 +24,6 @@ constexpr std::array<int, 11> kCaptions = {11017, 11018, 11019, 11020, 11021, 11
 constexpr double kZoomStep = 1.25;
 constexpr double kZoomMin = 0.25;
 constexpr double kZoomMax = 4.0;
-constexpr double kTwipsPerScreenPixel = 15.0;
 
 QString Text(int id) { return QString::fromStdString(GetMessageText(id)); }
 
@@ -85,10 +84,8 @@ PrintPreviewWindow::PrintPreviewWindow(TrendWindow *trend, QWidget *parent)
 
   // The preview's first size: the page extent of the catalogue and its margins.
   const PageNumbers numbers = ReadPageNumbers();
-  resize(
-      static_cast<int>((numbers.PreviewWidth + 2 * numbers.PreviewMarginX) / kTwipsPerScreenPixel),
-      static_cast<int>((numbers.PreviewHeight + 2 * numbers.PreviewMarginY) /
-                       kTwipsPerScreenPixel));
+  resize(static_cast<int>((numbers.PreviewWidth + 2 * numbers.PreviewMarginX) / kTwipsPerPixel),
+         static_cast<int>((numbers.PreviewHeight + 2 * numbers.PreviewMarginY) / kTwipsPerPixel));
 
   if (trend) {
     connect(trend, &TrendWindow::closed, this, [this](int) { close(); });
@@ -101,11 +98,11 @@ PrintPreviewWindow::PrintPreviewWindow(TrendWindow *trend, QWidget *parent)
 double PrintPreviewWindow::pixelsPerTwip() const {
   // At zoom 1 the page fits the catalogue's preview extent.
   const PageNumbers numbers = ReadPageNumbers();
-  const double s = plan_.geometry.PaperScale;
-  const double w = std::max(plan_.geometry.Width * s, 1.0);
-  const double h = std::max(plan_.geometry.Height * s, 1.0);
+  const PageExtent paper = plan_.geometry.OnPaper();
+  const double w = std::max(paper.Width, 1.0);
+  const double h = std::max(paper.Height, 1.0);
   const double fit = std::min(numbers.PreviewWidth / w, numbers.PreviewHeight / h);
-  return fit / kTwipsPerScreenPixel * zoom_;
+  return fit / kTwipsPerPixel * zoom_;
 }
 
 void PrintPreviewWindow::DispHeight(const std::string &mode) { Disp(kPortrait, mode); }
@@ -153,14 +150,11 @@ void PrintPreviewWindow::UpdateButtons() {
 }
 
 void PrintPreviewWindow::PrintNow() {
-  if (!trend_) return;
-  QPrinter printer(QPrinter::HighResolution);
-  ConfigToPrinter(Shared().Print, printer);
-  if (!ChoosePrinter(printer, this)) return;
-  PrinterStateToConfig(printer, Shared().Print);
+  if (!trend_ || !AskForPrinter(this)) return;
+  // The pages shown become those of the paper and orientation chosen.
   orientation_ = Shared().Print.Orientation;
   Redraw();
-  PrintOnPrinter(printer, source_);
+  PrintOnPrinter(CurrentPrinter(), source_);
 }
 
 void PrintPreviewWindow::onCommand(int index) {

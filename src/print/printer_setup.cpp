@@ -1,5 +1,6 @@
 #include "print/printer_setup.h"
 
+#include <QDir>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -12,17 +13,6 @@
 namespace recscope {
 
 namespace {
-
-constexpr int kPortraitCode = 1;
-constexpr int kLandscapeCode = 2;
-
-QPageLayout::Orientation OrientationOf(int code) {
-  return code == kLandscapeCode ? QPageLayout::Landscape : QPageLayout::Portrait;
-}
-
-int OrientationCode(QPageLayout::Orientation orientation) {
-  return orientation == QPageLayout::Landscape ? kLandscapeCode : kPortraitCode;
-}
 
 // Sets a page size, orientation and copies on the current printer; a page size
 // it cannot take leaves the old one and shows the box.
@@ -54,20 +44,11 @@ QPrinter &CurrentPrinter() {
   return *printer;
 }
 
-int PrinterPaperCode(const QPageSize &size) { return size.isValid() ? size.windowsId() : 0; }
-
-QPageSize PrinterPageSize(int paperCode) {
-  if (paperCode <= 0) return {};
-  const QPageSize::PageSizeId id = QPageSize::id(paperCode);
-  if (id == QPageSize::Custom) return {};
-  return QPageSize(id);
-}
-
 PrinterState ReadPrinterState() {
   const QPrinter &printer = CurrentPrinter();
   PrinterState state;
   state.PaperCode = PrinterPaperCode(printer.pageLayout().pageSize());
-  state.Orientation = OrientationCode(printer.pageLayout().orientation());
+  state.Orientation = OrientationCodeOf(printer.pageLayout().orientation());
   state.Copies = printer.copyCount();
   PrintConfig &config = Shared().Print;
   config.PaperCode = state.PaperCode;
@@ -77,7 +58,8 @@ PrinterState ReadPrinterState() {
 }
 
 bool ApplyPrinterState(QWidget *owner, int paperCode, int orientation, int copies) {
-  return ApplyPrinterPage(owner, PrinterPageSize(paperCode), OrientationOf(orientation), copies);
+  return ApplyPrinterPage(owner, PrinterPageSize(paperCode), PageOrientationOf(orientation),
+                          copies);
 }
 
 int ShowPrintSetup(QWidget *owner) {
@@ -88,8 +70,11 @@ int ShowPrintSetup(QWidget *owner) {
   if (current.outputFormat() == QPrinter::NativeFormat) {
     choice.setPrinterName(current.printerName());
   } else {
+    // A PDF file: the one it was, else trend.pdf in the home folder.
     choice.setOutputFormat(QPrinter::PdfFormat);
-    choice.setOutputFileName(current.outputFileName());
+    choice.setOutputFileName(current.outputFileName().isEmpty()
+                                 ? QDir::home().filePath(QStringLiteral("trend.pdf"))
+                                 : current.outputFileName());
   }
   choice.setPageSize(current.pageLayout().pageSize());
   choice.setPageOrientation(current.pageLayout().orientation());

@@ -1,9 +1,9 @@
 #pragma once
 // The printer the program prints on, and the platform's print dialog over it:
 // device, paper, orientation and number of copies. Papers are told by the
-// platform's paper codes (8 A3, 9 A4, 11 A5, 12 B4, 13 B5, ...), orientation by
+// platform's paper codes (PrinterPaperCode, PrinterPageSize), orientation by
 // 1 portrait and 2 landscape.
-#include <QPageSize>
+#include "print/page_draw.h"
 
 class QPrinter;
 class QWidget;
@@ -20,11 +20,6 @@ struct PrinterState {
   int Orientation = 1;
   int Copies = 1;
 };
-
-// The paper code of a page size, 0 for a size that has none; and the page size
-// of a paper code, an invalid one for a code that names no paper.
-int PrinterPaperCode(const QPageSize &size);
-QPageSize PrinterPageSize(int paperCode);
 
 // Paper, orientation and copies of the current printer. They also become the
 // paper, orientation and copies of the print settings in hand (Shared().Print).

@@ -281,6 +281,20 @@ TEST_F(PageFixture, ContinuousPdfRendersToItsPagesWithInkAtFrameAndWaves) {
   }
 }
 
+// Paper codes are the platform's: B4 and B5 are the JIS sheets.
+TEST(PaperCodes, PaperCodesOfTheTableMapToTheirPapersAndBack) {
+  EXPECT_EQ(PrinterPageSize(8).id(), QPageSize::A3);
+  EXPECT_EQ(PrinterPageSize(9).id(), QPageSize::A4);
+  EXPECT_EQ(PrinterPageSize(11).id(), QPageSize::A5);
+  EXPECT_EQ(PrinterPageSize(12).id(), QPageSize::JisB4);
+  EXPECT_EQ(PrinterPageSize(13).id(), QPageSize::JisB5);
+  for (int code : {8, 9, 11, 12, 13}) EXPECT_EQ(PrinterPaperCode(PrinterPageSize(code)), code);
+  EXPECT_EQ(PrinterPaperCode(QPageSize(QPageSize::Letter)), 1);
+  EXPECT_FALSE(PrinterPageSize(0).isValid());
+  EXPECT_FALSE(PrinterPageSize(9999).isValid());
+  EXPECT_EQ(PrinterPaperCode(QPageSize()), 0);
+}
+
 TEST_F(PageFixture, EveryPaperGivesItsSheetInThePdf) {
   struct Sheet {
     int code;
@@ -288,7 +302,9 @@ TEST_F(PageFixture, EveryPaperGivesItsSheetInThePdf) {
   };
   for (Sheet sheet :
        {Sheet{kPaperA3, 842, 1191}, Sheet{kPaperA4, 595, 842}, Sheet{kPaperA5, 420, 595},
-        Sheet{kPaperB4, 709, 1001}, Sheet{kPaperB5, 516, 729}}) {
+        Sheet{kPaperB4, 729, 1032}, Sheet{kPaperB5, 516, 729},
+        // Another platform code gives its own sheet; a code of no paper prints on A4.
+        Sheet{1, 612, 792}, Sheet{9999, 595, 842}}) {
     source.config.PaperCode = sheet.code;
     source.config.Orientation = kPortrait;
     QTemporaryDir dir;

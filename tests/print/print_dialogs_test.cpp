@@ -404,19 +404,6 @@ TEST_F(PrinterSetup, PaperCode8GivesAnA3PageOf11680By16495Times1414) {
   EXPECT_TRUE(messages.ids().empty());
 }
 
-TEST_F(PrinterSetup, PaperCodesOfTheTableMapToTheirPapersAndBack) {
-  EXPECT_EQ(PrinterPageSize(8).id(), QPageSize::A3);
-  EXPECT_EQ(PrinterPageSize(9).id(), QPageSize::A4);
-  EXPECT_EQ(PrinterPageSize(11).id(), QPageSize::A5);
-  EXPECT_EQ(PrinterPageSize(12).id(), QPageSize::JisB4);
-  EXPECT_EQ(PrinterPageSize(13).id(), QPageSize::JisB5);
-  for (int code : {8, 9, 11, 12, 13}) EXPECT_EQ(PrinterPaperCode(PrinterPageSize(code)), code);
-  EXPECT_EQ(PrinterPaperCode(QPageSize(QPageSize::Letter)), 1);
-  EXPECT_FALSE(PrinterPageSize(0).isValid());
-  EXPECT_FALSE(PrinterPageSize(9999).isValid());
-  EXPECT_EQ(PrinterPaperCode(QPageSize()), 0);
-}
-
 TEST_F(PrinterSetup, LandscapeB5WithTwoCopiesIsSetAndReadBack) {
   ASSERT_TRUE(ApplyPrinterState(window.get(), 13, 2, 2));
   const PrinterState state = ReadPrinterState();
