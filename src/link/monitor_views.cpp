@@ -84,7 +84,7 @@ MonitorCell MonitorCellOf(const RecordFileInfo &record, const MonitorRing &ring,
     const int n = member - kDiMemberBase;
     const bool on = n >= 1 && n <= kMonitorDis && ring.value(31 + n, index) != 0;
     if (const DiInfo *di = DiOf(record, member)) cell.Tag = CutTrailingBlanks(di->Tag);
-    cell.Value = on ? "1" : "0";
+    cell.Value.assign(1, on ? '1' : '0');
     cell.Fraction = on ? 1.0 : 0.0;
     return cell;
   }
