@@ -12,6 +12,7 @@
 #include "print/title_dialog.h"
 #include "ftp/ftp_window.h"
 #include "ftp/auto_fetch_control.h"
+#include "realtime/real_set_dialog.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -288,6 +289,7 @@ void ConnectDesktopCommands(MainWindow &window) {
   // The automatic fetch: its timers live with the main window, frmRecord shows them.
   auto *autoFetch = new AutoFetchControl(frame);
   window.setCommandHandler("mnuCommRec", [autoFetch] { autoFetch->showWindow(); });
+  window.setCommandHandler("mnuCommRealTime", [frame] { RealSetDialog::Show(frame); });
   autoFetch->resumeAfterLoad();
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "print/print_settings.h"
+#include "realtime/realtime_state.h"
 #include "record/record_file_info.h"
 #include "totalize/totalize_window.h"
 
@@ -65,6 +66,10 @@ struct SharedState {
   // window then refuses to close), AutoStop asks the run to end at its next test.
   bool AutoRunning = false;
   bool AutoStop = false;
+
+  // The real-time monitor: its settings, the recorder's setup, the sample ring
+  // and the place of its driver.
+  RealtimeState Realtime;
 
   std::string ProgramFolder;  // the home folder
   std::string ComWorkPath;
