@@ -64,7 +64,11 @@ CardFile PutBinaryFile(const SimulatedRecorder &recorder, int records, int event
   const RecordWriter writer(info, 2);
   CardFile file;
   file.measurement = RecordBytes(info, 2, MakeRecords(info, records));
-  for (int i = 0; i < eventBytes; ++i) file.events += static_cast<char>((i * 31 + 7) & 0xFF);
+  // A binary alarm file: its head, then events of 38 bytes.
+  file.events = recscope::testing_support::AlarmHeader() + std::string(2, '\0');
+  while (static_cast<int>(file.events.size()) < eventBytes)
+    file.events += recscope::testing_support::BinaryAlarm(
+        1700000000 + static_cast<int>(file.events.size()), 1);
   Write(recorder.path("SCARD01.FDT"), file.measurement);
   Write(recorder.path("ACARD01.FDT"), file.events);
   recorder.AddCardFile("SCARD01", 1700000000, static_cast<long long>(file.measurement.size()),
