@@ -1,78 +1,32 @@
 // recscope-cli param-read: reads the recorder's setup over the command driver
 // into a new record pair in the home folder, as the desktop program's
 // Communication start does before it polls.
-#include <chrono>
 #include <cstdio>
 #include <string>
 
 #include "app/cli_common.h"
+#include "app/cli_link_common.h"
 #include "app/program_home.h"
 #include "link/command_driver.h"
 #include "link/link_commands.h"
 #include "link/parameter_read.h"
-#include "platform/serial_line.h"
-#include "shell/catalogue.h"
-#include "shell/home_folder.h"
 #include "shell/init_set.h"
 #include "shell/shared_state.h"
 
 namespace recscope::cli {
 namespace {
 
-constexpr int kAbortQuestion = 11100;
-constexpr int kAnswerYes = 6;
-
-bool WholeNumber(const std::string &text, int &value) {
-  if (text.empty() || text.size() > 6) return false;
-  for (char c : text)
-    if (c < '0' || c > '9') return false;
-  value = std::stoi(text);
-  return true;
-}
-
 int RunParamRead(const GlobalOptions &, const std::vector<std::string> &args) {
   ParsedArgs parsed;
   std::string error;
-  if (!ParseArgs(args, {"--port", "--baud", "--parity", "--station", "--timeout"}, {}, parsed,
-                 error))
-    return UsageError(error);
+  if (!ParseArgs(args, LinkOptionNames(), {}, parsed, error)) return UsageError(error);
   if (!parsed.positional.empty()) return UsageError("param-read takes no FILE");
-  const std::string *port = parsed.find("--port");
-  if (!port) return UsageError("param-read needs --port DEV");
+  LinkOptions options;
+  if (const int usage = ReadLinkOptions(parsed, "param-read", options)) return usage;
 
-  ComPortSettings settings;
-  settings.SelectedPort = 1;
-  if (const std::string *baud = parsed.find("--baud")) {
-    if (!WholeNumber(*baud, settings.BaudRate[1])) return UsageError("--baud takes a number");
-  }
-  if (const std::string *parity = parsed.find("--parity")) {
-    if (*parity != "NONE" && *parity != "ODD" && *parity != "EVEN")
-      return UsageError("--parity takes NONE, ODD or EVEN");
-    settings.Parity[1] = *parity;
-  }
-  if (const std::string *station = parsed.find("--station")) {
-    int n = 0;
-    if (!WholeNumber(*station, n) || n != 1)
-      return UsageError("--station: the command driver addresses station 1 only");
-  }
-  int timeout = 60;
-  if (const std::string *seconds = parsed.find("--timeout")) {
-    if (!WholeNumber(*seconds, timeout) || timeout < 1)
-      return UsageError("--timeout takes a number of seconds above 0");
-  }
-
-  SharedState &state = Shared();
-  InstallInitSet(state.ProgramFolder);
-  LoadInitSet(state.ProgramFolder, Registers());
-
-  SerialComLine line;
-  line.setDevice(AbsolutePath(*port));
-  CommandDriver driver;
-  driver.Line = &line;
-  // The one wait the desktop program keeps endless is bounded here.
-  driver.SixByteWaitBound = std::chrono::seconds(timeout);
-  CrcTableInit(driver);
-  ComPortOpen(driver, settings);
+  LoadLinkMap();
+  LinkLine link(options);
+  CommandDriver &driver = link.driver();
 
   // Where the desktop program would ask whether to stop, the batch command
   // stops.
@@ -81,11 +35,11 @@ int RunParamRead(const GlobalOptions &, const std::vector<std::string> &args) {
   ParameterReadHooks hooks;
   hooks.ComErrorDialog = [&failure](int code) {
     failure = code;
-    return kAnswerYes;
+    return kLinkAnswerYes;
   };
   hooks.NoFileName = [&noName] { noName = true; };
   ParameterRecord record;
-  const bool read = ComParameterRead(driver, Registers(), state.ProgramFolder, hooks, record);
+  const bool read = ComParameterRead(driver, Registers(), Shared().ProgramFolder, hooks, record);
   record.Close();
   ComPortClose(driver);
   if (read) {
@@ -96,14 +50,8 @@ int RunParamRead(const GlobalOptions &, const std::vector<std::string> &args) {
     std::fprintf(stderr, "recscope-cli: %s\n", kNoFileNameText);
     return kExitOther;
   }
-  if (failure == kComSixByteWaitBounded) {
-    std::fprintf(stderr,
-                 "recscope-cli: the reply stopped at six bytes for %d seconds (--timeout)\n",
-                 timeout);
-    return kExitOther;
-  }
-  const int id = kAbortQuestion + failure;
-  throw CatalogueError(id, GetMessageText(id));
+  if (failure == kComSixByteWaitBounded) return SixByteWaitExit(options.timeout);
+  ThrowLinkFailure(failure);
 }
 
 const Registration kParamRead({
