@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "app/cli_common.h"
-#include "app/cli_link_port.h"
+#include "app/cli_link_common.h"
 #include "app/program_home.h"
 #include "link/monitor_run.h"
 #include "link/monitor_views.h"
@@ -26,7 +26,7 @@ std::string CutTrailingBlanks(std::string text) {
 }
 
 int RunMonitor(const GlobalOptions &, const std::vector<std::string> &args) {
-  std::vector<std::string> valued = LinkPortOptions();
+  std::vector<std::string> valued = LinkOptionNames();
   valued.push_back("--seconds");
   ParsedArgs parsed;
   std::string error;
@@ -42,31 +42,35 @@ int RunMonitor(const GlobalOptions &, const std::vector<std::string> &args) {
   } catch (const std::exception &) {
     return UsageError("--seconds takes a number of seconds above 0");
   }
-  LinkPort port;
-  error = OpenLinkPort(parsed, "monitor", port);
-  if (!error.empty()) return UsageError(error);
+  LinkOptions options;
+  if (const int usage = ReadLinkOptions(parsed, "monitor", options)) return usage;
 
+  LoadLinkMap();
   SharedState &state = Shared();
-  InstallInitSet(state.ProgramFolder);
-  LoadInitSet(state.ProgramFolder, Registers());
+  // The run opens the port itself, as Communication start does.
+  LinkLine link(options, LinkLine::kLeaveClosed);
 
   // Where the desktop program would ask whether to stop, the batch command
   // stops.
-  LinkFailure failure;
+  int failure = 0;
+  bool noName = false;
   MonitorHooks hooks;
-  hooks.ComErrorDialog = [&failure](int code) { return failure.Answer(code); };
-  hooks.NoFileName = [&failure] { failure.NoFileName = true; };
+  hooks.ComErrorDialog = [&failure](int code) {
+    failure = code;
+    return kLinkAnswerYes;
+  };
+  hooks.NoFileName = [&noName] { noName = true; };
   MonitorRun run;
-  if (!run.Start(port.Driver, port.Settings, Registers(), state.ProgramFolder, hooks, state)) {
+  if (!run.Start(link.driver(), options.settings, Registers(), state.ProgramFolder, hooks, state)) {
     run.Stop();
-    return ReportLinkFailure(failure, port);
+    return ReportLinkFailure(failure, noName, options.timeout);
   }
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
   auto next = std::chrono::steady_clock::now();
   while (std::chrono::steady_clock::now() < end) {
     if (run.Tick() == MonitorTickResult::kEnd) {
       run.Stop();
-      return ReportLinkFailure(failure, port);
+      return ReportLinkFailure(failure, noName, options.timeout);
     }
     next += kTimer2Interval;
     std::this_thread::sleep_until(next);

@@ -1,19 +1,15 @@
 // recscope-cli param-read: reads the recorder's setup over the command driver
 // into a new record pair in the home folder, as the desktop program's
 // Communication start does before it polls.
-#include <chrono>
 #include <cstdio>
 #include <string>
 
 #include "app/cli_common.h"
-#include "app/cli_link_port.h"
+#include "app/cli_link_common.h"
 #include "app/program_home.h"
 #include "link/command_driver.h"
 #include "link/link_commands.h"
 #include "link/parameter_read.h"
-#include "platform/serial_line.h"
-#include "shell/catalogue.h"
-#include "shell/home_folder.h"
 #include "shell/init_set.h"
 #include "shell/shared_state.h"
 
@@ -23,33 +19,34 @@ namespace {
 int RunParamRead(const GlobalOptions &, const std::vector<std::string> &args) {
   ParsedArgs parsed;
   std::string error;
-  if (!ParseArgs(args, LinkPortOptions(), {}, parsed, error)) return UsageError(error);
+  if (!ParseArgs(args, LinkOptionNames(), {}, parsed, error)) return UsageError(error);
   if (!parsed.positional.empty()) return UsageError("param-read takes no FILE");
-  LinkPort port;
-  error = OpenLinkPort(parsed, "param-read", port);
-  if (!error.empty()) return UsageError(error);
+  LinkOptions options;
+  if (const int usage = ReadLinkOptions(parsed, "param-read", options)) return usage;
 
-  SharedState &state = Shared();
-  InstallInitSet(state.ProgramFolder);
-  LoadInitSet(state.ProgramFolder, Registers());
-  CrcTableInit(port.Driver);
-  ComPortOpen(port.Driver, port.Settings);
+  LoadLinkMap();
+  LinkLine link(options);
+  CommandDriver &driver = link.driver();
 
   // Where the desktop program would ask whether to stop, the batch command
   // stops.
-  LinkFailure failure;
+  int failure = 0;
+  bool noName = false;
   ParameterReadHooks hooks;
-  hooks.ComErrorDialog = [&failure](int code) { return failure.Answer(code); };
-  hooks.NoFileName = [&failure] { failure.NoFileName = true; };
+  hooks.ComErrorDialog = [&failure](int code) {
+    failure = code;
+    return kLinkAnswerYes;
+  };
+  hooks.NoFileName = [&noName] { noName = true; };
   ParameterRecord record;
-  const bool read = ComParameterRead(port.Driver, Registers(), state.ProgramFolder, hooks, record);
+  const bool read = ComParameterRead(driver, Registers(), Shared().ProgramFolder, hooks, record);
   record.Close();
-  ComPortClose(port.Driver);
+  ComPortClose(driver);
   if (read) {
     std::printf("%s\n", record.MeasurementPath.c_str());
     return kExitDone;
   }
-  return ReportLinkFailure(failure, port);
+  return ReportLinkFailure(failure, noName, options.timeout);
 }
 
 const Registration kParamRead({

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <optional>
 
+#include "link/card_windows.h"
 #include "link/com_setting_dialog.h"
 #include "link/command_driver.h"
 #include "link/monitor_session.h"
@@ -100,9 +101,13 @@ void ConnectLinkCommands(MainWindow &window) {
     dialog->setModal(true);
     dialog->show();
   });
-  window.setCommandHandler(QStringLiteral("mnuComunicationStart"), [session, realTime] {
-    if (realTime && realTime->isChecked()) session->ComMonitorStart();
-  });
+  window.setCommandHandler(QStringLiteral("mnuComunicationStart"),
+                           [session, realTime, fileRead, frame] {
+                             if (realTime && realTime->isChecked()) session->ComMonitorStart();
+                             // With "Ｆile read" checked the start lists the recorder's card.
+                             else if (fileRead && fileRead->isChecked())
+                               ComFileListOpen(*frame);
+                           });
   window.setCommandHandler(QStringLiteral("mnuComunicationEnd"),
                            [session] { session->ComMonitorStop(); });
   // While the monitor runs, Whole display and Bar graph bring back their views.

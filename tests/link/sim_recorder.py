@@ -36,8 +36,20 @@ KIND for the next COUNT requests:
              "ALMB" (channels 1 to 4) instead of 0x0021
   skip SECS  the present values answered well, the recorder's clock SECS
              seconds further on from this request on
+  cardout    the card is taken out after COUNT more requests (status 255 from
+             then on)
 Every request is logged to --log as "FUNCTION ADDRESS COUNT"; a request whose
 CRC is wrong is logged as "crc HEX" and not answered.
+
+The memory card (--card MANIFEST): one file a line, fields separated by blanks:
+  NAME TIME SIZE MEASUREMENT HEAD RECORD EVENTS
+NAME up to 8 characters, TIME seconds since 1970/1/1, SIZE the size the list
+shows, MEASUREMENT the path of the bytes served (HEAD bytes of head, then
+records of RECORD bytes each), EVENTS the path of the event data or "-". A
+manifest that is missing means no card; an empty one a card without files.
+Commands written to group "Q  " are served as the program expects them (see
+src/link/card_read.h); each command's status reads back busy once, then 0, 254
+or 255. Every command is logged to --card-log as "CNTL INDEX FILE".
 """
 import argparse
 import os
@@ -77,8 +89,41 @@ def u16(value):
     return value & 0xFFFF
 
 
+def words_of(data):
+    if len(data) % 2:
+        data = data + b"\0"
+    return [data[i] | (data[i + 1] << 8) for i in range(0, len(data), 2)]
+
+
+def load_card(path):
+    if not path or not os.path.exists(path):
+        return None
+    files = []
+    with open(path, encoding="utf-8") as f:
+        for line in f.read().splitlines():
+            fields = line.split()
+            if len(fields) != 7:
+                continue
+            name, when, size, data, head, record, events = fields
+            with open(data, "rb") as d:
+                body = d.read()
+            event_bytes = b""
+            if events != "-":
+                with open(events, "rb") as e:
+                    event_bytes = e.read()
+            files.append({"name": name, "time": int(when), "size": int(size),
+                          "bytes": body, "head": int(head), "record": int(record),
+                          "events": event_bytes})
+    return files
+
+
 class Recorder:
-    def __init__(self, groups):
+    def __init__(self, groups, card_path=None, card_log=None):
+        self.card_path = card_path
+        self.card = None
+        self.card_loaded = False
+        self.card_log = card_log
+        self.pending = None
         self.groups = {g["name"]: g for g in groups}
         self.holding = [0] * 65536
         self.inputs = [0] * 65536
@@ -143,10 +188,86 @@ class Recorder:
         self.put("V  ", 1, "ALMB", [self.alarm_word])
         self.put("V  ", 1, "PV  ", [10 * c for c in range(1, 31)])
 
+    def group_address(self, name):
+        g = self.groups.get(name)
+        if g is None:
+            return None
+        return g["base"] - (30001 if g["base"] < 40001 else 40001)
+
+    def card_command(self):
+        if not self.card_loaded:
+            self.card = load_card(self.card_path)
+            self.card_loaded = True
+        q = self.groups["Q  "]
+        base = self.group_address("Q  ")
+        block = self.context.getValues(3, base, q["words"])
+        items = q["items"]
+        index = block[items["INDX"]] | (block[items["INDX"] + 1] << 16)
+        number = block[items["FILE"]]
+        command = block[items["CNTL"]]
+        if self.card_log:
+            with open(self.card_log, "a") as f:
+                f.write("%d %d %d\n" % (command, index, number))
+        status, window = self.card_status(command, index, number)
+        self.context.setValues(3, base + items["CNTL"], [command])
+        if window:
+            w = self.groups["W  "]
+            start = self.group_address("W  ") + w["items"].get("WBUF", 0)
+            self.context.setValues(4, start, window[: w["words"]])
+        self.pending = [1, status]
+
+    def card_status(self, command, index, number):
+        if self.card is None:
+            return 255, None
+        if command == 1:
+            if not self.card:
+                return 254, None
+            files = self.card[index:]
+            window = [len(files)]
+            for f in files[:10]:
+                window += text_words(f["name"], 4)
+                window += [f["time"] & 0xFFFF, f["time"] >> 16]
+                window += [f["size"] & 0xFFFF, f["size"] >> 16]
+            return 0, window
+        if not 1 <= number <= len(self.card):
+            return 254, None
+        f = self.card[number - 1]
+        records = (len(f["bytes"]) - f["head"]) // f["record"] if f["record"] else 0
+        if command == 2 and index == 0:
+            events = len(f["events"])
+            return 0, [f["head"], records & 0xFFFF, records >> 16, f["record"],
+                       events & 0xFFFF, events >> 16]
+        if command == 2:
+            start = 1000 * (index - 1)
+            return 0, words_of(f["bytes"][start: min(start + 1000, f["head"])])
+        if command == 4:
+            per_block = max(1, 1000 // f["record"])
+            count = min(per_block, records - index)
+            start = f["head"] + index * f["record"]
+            return 0, words_of(f["bytes"][start: start + count * f["record"]])
+        if command == 5:
+            return 0, words_of(f["events"][index: index + 1000])
+        return 0, None
+
     def answer(self, pdu):
         request = self.decoder.decode(pdu)
         if request is None:
             return bytes([pdu[0] | 0x80, 1])
+        card_block = self.group_address("Q  ")
+        if request.function_code == 3 and card_block is not None and \
+                request.address == card_block and self.pending:
+            if self.pending[0] > 0:
+                self.pending[0] -= 1
+            else:
+                items = self.groups["Q  "]["items"]
+                status = 255 if self.card is None else self.pending[1]
+                self.context.setValues(3, card_block + items["CNTL"], [status])
+                self.pending = None
+        if request.function_code in (6, 16) and card_block is not None and \
+                request.address == card_block:
+            response = request.execute(self.context)
+            self.card_command()
+            return struct.pack(">B", response.function_code) + response.encode()
         if request.function_code == 4 and "V  " in self.groups:
             g = self.groups["V  "]
             if request.address == g["base"] - 30001:
@@ -162,15 +283,31 @@ class Faults:
         self.path = path
         self.seen = 0
         self.queue = []
+        self.card_out_in = None
 
-    def next(self):
+    def refresh(self):
         if self.path and os.path.exists(self.path):
             with open(self.path) as f:
                 lines = [x.split() for x in f.read().splitlines() if x.strip()]
             for fields in lines[self.seen:]:
                 arg = int(fields[2]) if len(fields) > 2 else 0
+                if fields[0] == "cardout":
+                    self.card_out_in = int(fields[1])
+                    continue
                 self.queue.append([fields[0], int(fields[1]), arg])
             self.seen = len(lines)
+
+    def card_out(self):
+        """True once the card's time to go has come."""
+        if self.card_out_in is None:
+            return False
+        self.card_out_in -= 1
+        if self.card_out_in > 0:
+            return False
+        self.card_out_in = None
+        return True
+
+    def next(self):
         if not self.queue:
             return None, 0
         kind, _, arg = self.queue[0]
@@ -206,9 +343,11 @@ def main():
     parser.add_argument("--control")
     parser.add_argument("--log")
     parser.add_argument("--ready")
+    parser.add_argument("--card")
+    parser.add_argument("--card-log")
     args = parser.parse_args()
 
-    recorder = Recorder(parse_initset(args.initset))
+    recorder = Recorder(parse_initset(args.initset), args.card, args.card_log)
     faults = Faults(args.control)
     port = serial.Serial(args.device, 19200, timeout=0.2)
     log = open(args.log, "a") if args.log else None
@@ -231,6 +370,10 @@ def main():
             log.flush()
         if station != 1:
             continue
+        faults.refresh()
+        if faults.card_out():
+            recorder.card = None
+            recorder.card_loaded = True
         kind, arg = faults.next()
         if kind == "skip":
             recorder.clock_skip += arg

@@ -34,7 +34,8 @@ class SimulatedRecorder {
     if (!WaitFor(path("com")) || !WaitFor(path("recorder"))) return;
     sim_ = Spawn({RECSCOPE_SYSTEM_PYTHON, RECSCOPE_SOURCE_DIR "/tests/link/sim_recorder.py",
                   "--device", path("recorder"), "--initset", initSet, "--control", path("control"),
-                  "--log", path("log"), "--ready", path("ready")});
+                  "--log", path("log"), "--ready", path("ready"), "--card", path("card"),
+                  "--card-log", path("cardlog")});
     ready_ = WaitFor(path("ready"));
   }
   ~SimulatedRecorder() {
@@ -58,14 +59,32 @@ class SimulatedRecorder {
   }
 
   // The requests the recorder has seen, one "FUNCTION ADDRESS COUNT" each.
-  std::vector<std::string> Requests() const {
+  std::vector<std::string> Requests() const { return Lines(path("log")); }
+
+  // Puts a file on the recorder's memory card (before the first card command):
+  // the list shows `name`, `time` and `size`; the bytes of `measurement` are
+  // served as `headBytes` of head and records of `recordBytes` each, those of
+  // `events` ("" for none) as the event data. Without any call there is no card;
+  // EmptyCard() makes one without files.
+  void AddCardFile(const std::string &name, long long time, long long size,
+                   const std::string &measurement, int headBytes, int recordBytes,
+                   const std::string &events) const {
+    std::ofstream card(path("card"), std::ios::app);
+    card << name << ' ' << time << ' ' << size << ' ' << measurement << ' ' << headBytes << ' '
+         << recordBytes << ' ' << (events.empty() ? "-" : events) << '\n';
+  }
+  void EmptyCard() const { std::ofstream card(path("card"), std::ios::app); }
+
+  // The card commands the recorder has taken, one "CNTL INDEX FILE" each.
+  std::vector<std::string> CardCommands() const { return Lines(path("cardlog")); }
+
+ private:
+  static std::vector<std::string> Lines(const std::string &file) {
     std::vector<std::string> lines;
-    std::ifstream log(path("log"));
+    std::ifstream log(file);
     for (std::string line; std::getline(log, line);) lines.push_back(line);
     return lines;
   }
-
- private:
   static pid_t Spawn(const std::vector<std::string> &argv) {
     std::vector<char *> args;
     for (const std::string &a : argv) args.push_back(const_cast<char *>(a.c_str()));
