@@ -5,13 +5,15 @@
 #include <QPointer>
 #include <functional>
 
+#include "ftp/auto_fetch_control.h"
+#include "ftp/ftp_window.h"
+#include "link/link_commands.h"
 #include "print/print_command.h"
 #include "print/print_preview_window.h"
-#include "link/link_commands.h"
 #include "print/print_setting_dialog.h"
 #include "print/title_dialog.h"
-#include "ftp/ftp_window.h"
-#include "ftp/auto_fetch_control.h"
+#include "realtime/digital_window.h"
+#include "realtime/real_trend_window.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -21,10 +23,10 @@
 #include "shell/frame/message_service.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
-#include "totalize/report_list_window.h"
-#include "totalize/report_select_dialog.h"
 #include "totalize/addition_commands.h"
 #include "totalize/addition_window.h"
+#include "totalize/report_list_window.h"
+#include "totalize/report_select_dialog.h"
 #include "trend/cursor_commands.h"
 #include "trend/detail_dialog.h"
 #include "trend/trend_window.h"
@@ -285,6 +287,9 @@ void ConnectDesktopCommands(MainWindow &window) {
   PrintPreviewWindow::SetPrintSettingsDialog(ShowPrintSettingDialog);
   // The FTP browser: one window, brought to the front when it stands.
   window.setCommandHandler("mnuCommFTP", [frame] { FtpWindow::Show(frame); });
+  // The real-time monitor's windows.
+  window.setCommandHandler("mnuCommRealTime", [mdi] { ShowRealTrend(mdi); });
+  window.setCommandHandler("mnuWindowRealTimeDigital", [mdi] { ShowDigital(mdi); });
   // The automatic fetch: its timers live with the main window, frmRecord shows them.
   auto *autoFetch = new AutoFetchControl(frame);
   window.setCommandHandler("mnuCommRec", [autoFetch] { autoFetch->showWindow(); });
