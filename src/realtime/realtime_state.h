@@ -202,6 +202,7 @@ struct RealtimeState {
   bool LampBlinking = false;
   bool AnalyzeEnabled = false;
   bool ButtonsEnabled = true;
+  bool StartEnabled = true;  // cmdStart and the menu entry; off while running
 
   // frmRealSet is open (its unload clears it); frmRealTrend is open.
   bool SetDialogOpen = false;
