@@ -5,15 +5,16 @@
 #include <QPointer>
 #include <functional>
 
-#include "ftp/auto_fetch_control.h"
-#include "ftp/ftp_window.h"
-#include "link/link_commands.h"
 #include "print/print_command.h"
 #include "print/print_preview_window.h"
+#include "link/link_commands.h"
 #include "print/print_setting_dialog.h"
 #include "print/title_dialog.h"
+#include "ftp/ftp_window.h"
+#include "ftp/auto_fetch_control.h"
 #include "realtime/digital_window.h"
 #include "realtime/real_trend_window.h"
+#include "realtime/realtime_link.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -23,10 +24,10 @@
 #include "shell/frame/message_service.h"
 #include "shell/frame/slot_windows.h"
 #include "shell/shared_state.h"
-#include "totalize/addition_commands.h"
-#include "totalize/addition_window.h"
 #include "totalize/report_list_window.h"
 #include "totalize/report_select_dialog.h"
+#include "totalize/addition_commands.h"
+#include "totalize/addition_window.h"
 #include "trend/cursor_commands.h"
 #include "trend/detail_dialog.h"
 #include "trend/trend_window.h"
@@ -287,7 +288,19 @@ void ConnectDesktopCommands(MainWindow &window) {
   PrintPreviewWindow::SetPrintSettingsDialog(ShowPrintSettingDialog);
   // The FTP browser: one window, brought to the front when it stands.
   window.setCommandHandler("mnuCommFTP", [frame] { FtpWindow::Show(frame); });
-  // The real-time monitor's windows.
+  // The real-time monitor: its driver on timers of the main window; frmRealTrend's
+  // cmdStart and cmdStop reach it, and each decoded block is shown at once.
+  QPointer<RealLinkTimers> realLink =
+      new RealLinkTimers(Shared().Realtime, Shared().ProgramFolder, {}, frame);
+  SetRealTrendLinkHooks({[realLink] {
+                           if (realLink) realLink->driver().Start();
+                         },
+                         [realLink] {
+                           if (realLink) realLink->driver().RealLinkStop();
+                         }});
+  QObject::connect(realLink, &RealLinkTimers::groupDecoded, [] {
+    if (RealTrendWindow *trend = RealTrendWindow::Instance()) trend->syncFromState();
+  });
   window.setCommandHandler("mnuCommRealTime", [mdi] { ShowRealTrend(mdi); });
   window.setCommandHandler("mnuWindowRealTimeDigital", [mdi] { ShowDigital(mdi); });
   // The automatic fetch: its timers live with the main window, frmRecord shows them.

@@ -2,56 +2,22 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
-#include "realtime/real_time_file.h"
+#include "realtime/realtime_acquisition.h"
 #include "record/record_fields.h"
 #include "record/record_writer.h"
+#include "shell/ini_file.h"
+#include "shell/settings.h"
 
 namespace recscope {
 
 namespace {
 
-constexpr std::size_t kModelBytes = 16;
-constexpr std::size_t kSerialBytes = 8;
-constexpr std::size_t kVersionBytes = 8;
 constexpr std::size_t kTagBytes = 8;
-constexpr std::size_t kChannelBytes = 2 * kTagBytes + 13 * 4;
-constexpr std::size_t kGroupNameBytes = 16;
-constexpr std::size_t kGroupBytes = kGroupNameBytes + 10;
 constexpr std::size_t kUnitBytes = 7;
-
-std::string TrimRight(std::string text) {
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\0')) text.pop_back();
-  return text;
-}
-
-std::array<std::int32_t, 13> ChannelValues(const RealChannelRecord &c) {
-  return {c.ColorNo,   c.InputType,   c.UnitCode,    c.Decimals,  c.Further,
-          c.ScaleLow,  c.ScaleHigh,   c.CommonPoint, c.ScaleKind, c.RangeLow,
-          c.RangeHigh, c.ExponentLow, c.ExponentHigh};
-}
-
-void SetChannelValues(RealChannelRecord &c, const std::array<std::int32_t, 13> &v) {
-  c.ColorNo = v[0];
-  c.InputType = v[1];
-  c.UnitCode = v[2];
-  c.Decimals = v[3];
-  c.Further = v[4];
-  c.ScaleLow = v[5];
-  c.ScaleHigh = v[6];
-  c.CommonPoint = v[7];
-  c.ScaleKind = v[8];
-  c.RangeLow = v[9];
-  c.RangeHigh = v[10];
-  c.ExponentLow = v[11];
-  c.ExponentHigh = v[12];
-}
-
-bool IsKtxModel(const std::string &model) { return model.rfind("KTX", 0) == 0; }
 
 std::int32_t SlotBefore(std::int32_t slot, std::int32_t back) {
   std::int64_t s = (static_cast<std::int64_t>(slot) - 1 - back) % kRealSlotCount;
@@ -59,133 +25,7 @@ std::int32_t SlotBefore(std::int32_t slot, std::int32_t back) {
   return static_cast<std::int32_t>(s + 1);
 }
 
-// A scale of zero span is pulled apart: the low end goes down by one, unless it
-// is already at the bottom (below -8 for a logarithmic scale, below -32767 for a
-// linear one), when the high end goes up.
-void WidenZeroSpan(std::int16_t &low, std::int16_t &high, std::int32_t scaleKind) {
-  if (low != high) return;
-  const int limit = scaleKind != 0 ? -8 : -32767;
-  if (low < limit)
-    ++high;
-  else
-    --low;
-}
-
 }  // namespace
-
-std::string RealSetFileBytes(const RealtimeState &state) {
-  std::string out;
-  out += FixedCp932(state.ModelText, kModelBytes);
-  out += FixedCp932(state.SerialText, kSerialBytes);
-  out += FixedCp932(state.VersionText, kVersionBytes);
-  for (const RealChannelRecord &c : state.Channels) {
-    out += FixedCp932(c.Tag1, kTagBytes);
-    out += FixedCp932(c.Tag2, kTagBytes);
-    for (std::int32_t v : ChannelValues(c)) PutI32(out, v);
-  }
-  for (const RealGroupRecord &g : state.Groups) {
-    out += FixedCp932(g.Name, kGroupNameBytes);
-    for (std::uint8_t n : g.Channels) PutU8(out, n);
-  }
-  PutI32(out, state.CommonPoint);
-  for (const std::string &unit : state.UserUnits) out += FixedCp932(unit, kUnitBytes);
-  return out;
-}
-
-bool WriteRealSetFile(const std::string &path, const RealtimeState &state) {
-  std::error_code ec;
-  std::filesystem::remove(path, ec);
-  const std::string bytes = RealSetFileBytes(state);
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  if (!out) return false;
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  out.close();
-  return static_cast<bool>(out);
-}
-
-bool ReadRealSetFile(const std::string &path, RealtimeState &state) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  const std::string b((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (b.size() < kModelBytes) return false;
-  const std::string model = TrimRight(TextAt(b, 0, kModelBytes));
-  const bool ktx = IsKtxModel(model);
-  const int channels = ktx ? kRealKtxChannels : kRealZnqChannels;
-  const int groups = ktx ? kRealKtxGroups : kRealZnqGroups;
-  const std::size_t need = kModelBytes + kSerialBytes + kVersionBytes +
-                           kChannelBytes * static_cast<std::size_t>(channels) +
-                           kGroupBytes * static_cast<std::size_t>(groups) + 4 +
-                           kUnitBytes * kRealUserUnitCount;
-  if (b.size() < need) return false;
-
-  state.AllocateFamily(channels, groups);
-  state.ModelText = model;
-  std::size_t at = kModelBytes;
-  state.SerialText = TextAt(b, at, kSerialBytes);
-  at += kSerialBytes;
-  state.VersionText = TextAt(b, at, kVersionBytes);
-  at += kVersionBytes;
-  for (RealChannelRecord &c : state.Channels) {
-    c.Tag1 = TextAt(b, at, kTagBytes);
-    c.Tag2 = TextAt(b, at + kTagBytes, kTagBytes);
-    std::array<std::int32_t, 13> v{};
-    for (std::size_t i = 0; i < v.size(); ++i) v[i] = I32At(b, at + 2 * kTagBytes + 4 * i);
-    SetChannelValues(c, v);
-    at += kChannelBytes;
-  }
-  for (RealGroupRecord &g : state.Groups) {
-    g.Name = TextAt(b, at, kGroupNameBytes);
-    for (std::size_t i = 0; i < g.Channels.size(); ++i)
-      g.Channels[i] = U8At(b, at + kGroupNameBytes + i);
-    at += kGroupBytes;
-  }
-  state.CommonPoint = I32At(b, at);
-  at += 4;
-  for (std::string &unit : state.UserUnits) {
-    unit = TextAt(b, at, kUnitBytes);
-    at += kUnitBytes;
-  }
-  state.LastChannels = state.Channels;
-  state.LastSerialText = state.SerialText;
-  state.LastCommonPoint = state.CommonPoint;
-  return true;
-}
-
-bool LoadRealTimeFile(const std::string &path, RealtimeState &state, std::int32_t now) {
-  RealSampleRing &ring = state.Ring;
-  if (!ring.allocated()) return false;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  const std::string b((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  in.close();
-  const std::size_t length = static_cast<std::size_t>(RealRecordLength(ring.channels()));
-  const std::vector<std::uint8_t> blank(length, 0);
-  for (std::int32_t slot = 1; slot <= kRealSlotCount; ++slot) {
-    const std::size_t at = static_cast<std::size_t>(slot - 1) * length;
-    if (at + length <= b.size())
-      ring.SetFromRecordBytes(slot, reinterpret_cast<const std::uint8_t *>(b.data()) + at, length);
-    else
-      ring.SetFromRecordBytes(slot, blank.data(), length);
-  }
-
-  const std::int64_t oldest = static_cast<std::int64_t>(now) -
-                              static_cast<std::int64_t>(state.CycleSeconds) * kRealSlotCount;
-  RealTimeFileWriter file;
-  bool fileOpen = false;
-  for (std::int32_t slot = 1; slot <= kRealSlotCount; ++slot) {
-    if (ring.Time(slot) > oldest && ring.Valid(slot) == 1) continue;
-    const std::size_t at = static_cast<std::size_t>(slot - 1) * length;
-    const bool onDisk = at + length <= b.size();
-    const bool zeros = !onDisk || std::all_of(b.begin() + static_cast<std::ptrdiff_t>(at),
-                                              b.begin() + static_cast<std::ptrdiff_t>(at + length),
-                                              [](char c) { return c == 0; });
-    ring.Blank(slot);
-    if (zeros) continue;
-    if (!fileOpen) fileOpen = file.Open(path, ring.channels());
-    if (fileOpen) file.WriteBlank(slot);
-  }
-  return true;
-}
 
 std::int32_t RealNewestSlot(const RealtimeState &state) {
   const RealSampleRing &ring = state.Ring;
@@ -220,7 +60,7 @@ void RealDisplayFromSetup(RealtimeState &state) {
     d.RangeHigh = static_cast<std::int16_t>(r.RangeHigh);
     d.ExponentLow = static_cast<std::int16_t>(r.ExponentLow);
     d.ExponentHigh = static_cast<std::int16_t>(r.ExponentHigh);
-    WidenZeroSpan(d.ScaleLow, d.ScaleHigh, r.ScaleKind);
+    RealWidenScale(d.ScaleLow, d.ScaleHigh, r.ScaleKind);
   }
   state.GroupSizes.assign(state.Groups.size(), 0);
   state.TabNames = {"G9"};
@@ -238,11 +78,17 @@ void RealDisplayFromSetup(RealtimeState &state) {
 }
 
 bool LoadLastRealRun(const std::string &folder, RealtimeState &state, std::int32_t now) {
-  const std::filesystem::path dir(folder);
-  if (!ReadRealSetFile((dir / kRealSetFileName).string(), state)) return false;
+  RealSettings last;
+  const std::string cycleKey = ReadIni("CYCLE", "REALTIME", ViewerComIniPath(folder));
+  last.Cycle = std::atoi(cycleKey.c_str());
+  const std::int16_t cycle = last.CycleSeconds();
+  if (!ReadRealSetFile(state, RealSetFilePath(folder), cycle)) return false;
+  // Until the recorder is read again the last run's setup is what the windows show.
+  state.Channels = state.LastChannels;
+  state.CommonPoint = state.LastCommonPoint;
+  state.CycleSeconds = cycle;
   RealDisplayFromSetup(state);
-  state.CycleSeconds = state.Settings.CycleSeconds();
-  LoadRealTimeFile((dir / kRealTimeFileName).string(), state, now);
+  LoadRealTimeFile(state.Ring, RealTimeFilePath(folder), now, cycle);
   return true;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
-// What the real-time monitor keeps on disk in the program's folder: RealSetFile,
-// the recorder's setup as last read; RealTimeFile, the ring of samples; and the
-// analyzed record SR00000.FDT that RealRecordWrite makes of the ring.
+// The last run of the real-time monitor read back for its windows, and the
+// analyzed record SR00000.FDT that RealRecordWrite makes of the ring. The two
+// files of the monitor themselves, RealSetFile and RealTimeFile, are written and
+// read by the driver's routines (realtime/realtime_acquisition.h).
 #include <cstdint>
 #include <string>
 
@@ -10,35 +11,8 @@
 
 namespace recscope {
 
-inline constexpr const char *kRealSetFileName = "RealSetFile";
-inline constexpr const char *kRealTimeFileName = "RealTimeFile";
 inline constexpr const char *kRealRecordFileName = "SR00000.FDT";
 inline constexpr const char *kRealFlagFileName = "FR00000.FDT";
-
-// RealSetFile, binary and without a header: model text (16), serial number (8),
-// version text (8); per channel tag 1 and tag 2 (8 each) and thirteen 32-bit
-// values; per group its name (16) and ten channel numbers (a byte each); the
-// common decimal point (32-bit); the twelve user unit texts (7 each). Texts are
-// code page 932, padded with blanks.
-std::string RealSetFileBytes(const RealtimeState &state);
-
-// Deletes an old RealSetFile at `path` and writes the new one. False when it
-// could not be written.
-bool WriteRealSetFile(const std::string &path, const RealtimeState &state);
-
-// Reads RealSetFile: the counts come from the model text (30 channels and 4
-// groups when its first three characters are "KTX", else 72 and 8), the arrays
-// are made anew, and the setup goes both into the present records and into the
-// last run's (LastChannels, LastSerialText, LastCommonPoint). False, and the
-// state untouched, when the file is missing or too short for its counts.
-bool ReadRealSetFile(const std::string &path, RealtimeState &state);
-
-// Loads the ring from RealTimeFile: one record a slot, in slot order; a file
-// shorter than the ring reads blanks for the slots it lacks. Then a slot whose
-// time is not later than now - cycle x 86400, or whose valid byte is not 1, is
-// blanked in memory and, where the file held anything else there, in the file.
-// False when the file cannot be read (the ring is left as it was).
-bool LoadRealTimeFile(const std::string &path, RealtimeState &state, std::int32_t now);
 
 // The slot of the newest sample: the last written one while the driver writes,
 // else (after a load) the valid slot with the latest time; 0 when there is none.
@@ -55,9 +29,10 @@ std::int32_t RealNewestTime(const RealtimeState &state);
 void RealDisplayFromSetup(RealtimeState &state);
 
 // What frmRealTrend's load reads when the monitor holds no setup yet:
-// RealSetFile in `folder` (with the display channels and tabs made of it) and the
-// ring from RealTimeFile, stale and blank slots blanked, with the cycle of the
-// state's settings. False when there is no RealSetFile to read.
+// RealSetFile in `folder` (the last run's setup, taken also as the present one,
+// with the display channels and tabs made of it) and the ring from RealTimeFile,
+// stale and blank slots blanked, at the cycle of the CYCLE key of the last run
+// in VIEWERCOM.INI. False when there is no RealSetFile to read.
 bool LoadLastRealRun(const std::string &folder, RealtimeState &state, std::int32_t now);
 
 // SamplingCode of a cycle in seconds: its index in 1, 2, 3, 5, 10, 20, 30, 60,

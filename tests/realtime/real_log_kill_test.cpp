@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "realtime/real_logging.h"
+#include "realtime/realtime_acquisition.h"
 #include "record_fixture.h"
 
 namespace recscope {
@@ -52,9 +53,9 @@ TEST(RealTimeFileKill, KilledLoggerLosesNoWrittenSampleAndTheRestartFindsThemAll
   EXPECT_EQ(written.front().first, 86391);
 
   RealtimeState next;
-  ASSERT_TRUE(ReadRealSetFile(folder.Path(kRealSetFileName), next));
+  ASSERT_TRUE(ReadRealSetFile(next, RealSetFilePath(folder.Folder()), 1));
   next.CycleSeconds = 1;
-  ASSERT_TRUE(LoadRealTimeFile(folder.Path(kRealTimeFileName), next, written.back().second + 1));
+  LoadRealTimeFile(next.Ring, RealTimeFilePath(folder.Folder()), written.back().second + 1, 1);
   for (const auto &[s, t] : written) {
     ASSERT_EQ(next.Ring.Valid(s), 1) << "slot " << s;
     EXPECT_EQ(next.Ring.Time(s), t);

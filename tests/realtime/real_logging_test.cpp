@@ -1,5 +1,6 @@
 // The monitor's files: RealSetFile and RealTimeFile byte by byte, the load that
-// blanks stale and empty slots, and the analyzed record SR00000.FDT.
+// blanks stale and empty slots, the last run read back for the windows, and the
+// analyzed record SR00000.FDT.
 #include "realtime/real_logging.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +9,13 @@
 #include <fstream>
 
 #include "real_state_fixture.h"
-#include "realtime/real_time_file.h"
+#include "realtime/realtime_acquisition.h"
 #include "record/open_record.h"
 #include "record/record_fields.h"
 #include "record/record_writer.h"
 #include "record_fixture.h"
+#include "shell/ini_file.h"
+#include "shell/settings.h"
 #include "shell/shared_state.h"
 
 namespace recscope {
@@ -30,14 +33,18 @@ std::size_t HeaderBytes(int channels, int groups) {
   return 108 + 56 * static_cast<std::size_t>(channels) + 26 * static_cast<std::size_t>(groups) + 2;
 }
 
-// ---- RealSetFile ----
+// ---- RealSetFile and RealTimeFile, as the driver writes and reads them ----
 
 TEST(RealSetFile, LayoutIsModelSerialVersionChannelsGroupsPointAndUnits) {
+  TempFolder folder;
   RealtimeState state;
   FillRealSetup(state, true, 1);
   state.Channels[0].ScaleLow = -5;
   state.CommonPoint = 2;
-  const std::string b = RealSetFileBytes(state);
+  const std::string path = RealSetFilePath(folder.Folder());
+  ASSERT_EQ(path, folder.Path("RealSetFile"));
+  ASSERT_TRUE(WriteRealSetFile(state, path));
+  const std::string b = ReadAll(path);
   ASSERT_EQ(b.size(), 16u + 8 + 8 + 30 * (16 + 52) + 4 * 26 + 4 + 12 * 7);
   EXPECT_EQ(b.substr(0, 16), "KTX1030         ");
   EXPECT_EQ(b.substr(16, 8), "A1234567");
@@ -58,62 +65,47 @@ TEST(RealSetFile, LayoutIsModelSerialVersionChannelsGroupsPointAndUnits) {
   EXPECT_EQ(b.substr(groups + 4 * 26 + 4, 7), "kgf    ");
 }
 
-TEST(RealSetFile, WrittenAndReadBackAsTheLastRunsSetup) {
+TEST(RealSetFile, ReadBackAsTheLastRunsSetupAndShownByTheWindowsLoad) {
   TempFolder folder;
   RealtimeState state;
   FillRealSetup(state, false, 5);
   state.Channels[71].UnitCode = 160;
+  state.Channels[3].CommonPoint = 1;
+  state.Channels[3].ScaleLow = 200;
+  state.Channels[3].ScaleHigh = 200;
   state.CommonPoint = 3;
-  const std::string path = folder.Path(kRealSetFileName);
-  {
-    std::ofstream old(path);
-    old << "an older and longer file that must not survive the write";
-  }
-  ASSERT_TRUE(WriteRealSetFile(path, state));
-  EXPECT_EQ(ReadAll(path), RealSetFileBytes(state));
+  ASSERT_TRUE(WriteRealSetFile(state, RealSetFilePath(folder.Folder())));
+  WriteIni("3", "CYCLE", "REALTIME", ViewerComIniPath(folder.Folder()));  // 5 s
 
   RealtimeState next;
-  ASSERT_TRUE(ReadRealSetFile(path, next));
+  ASSERT_TRUE(LoadLastRealRun(folder.Folder(), next, kBase));
   EXPECT_EQ(next.ChannelCount, 72);
   EXPECT_EQ(next.GroupCount, 8);
-  EXPECT_EQ(next.ModelText, "ZNQ2072");
-  EXPECT_EQ(next.SerialText, "A1234567");
+  EXPECT_EQ(next.CycleSeconds, 5);
+  EXPECT_EQ(next.LastCycle, 5);
   EXPECT_EQ(next.LastSerialText, "A1234567");
   EXPECT_EQ(next.LastCommonPoint, 3);
-  EXPECT_EQ(next.Channels[71].UnitCode, 160);
   EXPECT_EQ(next.LastChannels[71].UnitCode, 160);
-  EXPECT_EQ(next.Channels[3].Tag1, "T4      ");
-  EXPECT_EQ(next.Groups[1].Channels[1], 5);
-  EXPECT_EQ(next.UserUnits[0], "kgf    ");
+  EXPECT_EQ(next.Channels[71].UnitCode, 160);
+  // the display channels: the common point's decimals, a zero span widened
+  EXPECT_EQ(next.Display[3].Decimals, 3);
+  EXPECT_EQ(next.Display[3].ScaleLow, 199);
+  EXPECT_EQ(next.Display[3].ScaleHigh, 200);
+  EXPECT_EQ(next.Display[4].Decimals, 1);
+  EXPECT_EQ(next.TabNames, (std::vector<std::string>{"G9", "G1", "G2"}));
+  EXPECT_EQ(next.GroupSizes[0], 3);
   EXPECT_EQ(next.Ring.channels(), 72);
-  EXPECT_EQ(RealSetFileBytes(next), RealSetFileBytes(state));
+  EXPECT_FALSE(LoadLastRealRun(folder.Path("nowhere"), next, kBase));
 }
-
-TEST(RealSetFile, ShortFileIsNotTaken) {
-  TempFolder folder;
-  RealtimeState state;
-  FillRealSetup(state, true, 1);
-  const std::string path = folder.Path(kRealSetFileName);
-  std::string bytes = RealSetFileBytes(state);
-  bytes.pop_back();
-  ASSERT_TRUE(WriteWholeFile(path, bytes));
-  RealtimeState next;
-  EXPECT_FALSE(ReadRealSetFile(path, next));
-  EXPECT_EQ(next.ChannelCount, 0);
-}
-
-// ---- RealTimeFile ----
 
 TEST(RealTimeFile, SlotIsWrittenAtItsPlaceRecordByRecord) {
   TempFolder folder;
   RealtimeState state;
   FillRealSetup(state, true, 1);
-  const std::string path = folder.Path(kRealTimeFileName);
-  RealTimeFileWriter file;
-  ASSERT_TRUE(file.Open(path, 30));
+  const std::string path = RealTimeFilePath(folder.Folder());
   const std::int32_t slot = PutSample(state, kBase + 2);
   ASSERT_EQ(slot, 3);
-  ASSERT_TRUE(file.WriteRingSlot(state.Ring, slot));
+  ASSERT_TRUE(WriteRealTimeRecord(state.Ring, path, slot));
   std::string b = ReadAll(path);
   ASSERT_EQ(b.size(), 3u * 126);
   EXPECT_EQ(b.substr(0, 252), std::string(252, '\0'));
@@ -121,38 +113,35 @@ TEST(RealTimeFile, SlotIsWrittenAtItsPlaceRecordByRecord) {
   EXPECT_EQ(U8At(b, 256), 1);
   EXPECT_EQ(U8At(b, 257), 0);
   EXPECT_EQ(I32At(b, 258 + 4 * 29), 290 + (kBase + 2) % 100);
-  ASSERT_TRUE(file.WriteBlank(3));
-  b = ReadAll(path);
-  EXPECT_EQ(b, std::string(3 * 126, '\0'));
+  state.Ring.Blank(3);
+  ASSERT_TRUE(WriteRealTimeRecord(state.Ring, path, 3));
+  EXPECT_EQ(ReadAll(path), std::string(3 * 126, '\0'));
 }
 
 TEST(RealTimeFile, LoadBlanksStaleAndInvalidSlotsInMemoryAndFile) {
   TempFolder folder;
-  const std::string path = folder.Path(kRealTimeFileName);
+  const std::string path = RealTimeFilePath(folder.Folder());
   RealtimeState state;
   FillRealSetup(state, true, 10);
   const std::int32_t now = kBase + 10 * 86400 * 3 + 5000;
-  RealTimeFileWriter file;
-  ASSERT_TRUE(file.Open(path, 30));
   // a fresh sample, one exactly a ring old (stale), and one marked not valid
   const std::int32_t fresh = now - now % 10 - 100;
   const std::int32_t stale = now - 10 * 86400;
   const std::int32_t s1 = PutSample(state, fresh);
-  ASSERT_TRUE(file.WriteRingSlot(state.Ring, s1));
+  ASSERT_TRUE(WriteRealTimeRecord(state.Ring, path, s1));
   state.Ring.LastWritten = 0;
   const std::int32_t s2 = PutSample(state, stale - stale % 10);
-  ASSERT_TRUE(file.WriteRingSlot(state.Ring, s2));
+  ASSERT_TRUE(WriteRealTimeRecord(state.Ring, path, s2));
   std::vector<std::uint8_t> invalid = state.Ring.RecordBytes(s1);
   invalid[4] = 0;
   const std::int32_t s3 = s1 - 1;
   state.Ring.SetFromRecordBytes(s3, invalid.data(), invalid.size());
-  ASSERT_TRUE(file.WriteRingSlot(state.Ring, s3));
-  file.Close();
+  ASSERT_TRUE(WriteRealTimeRecord(state.Ring, path, s3));
   const std::string before = ReadAll(path);
 
   RealtimeState next;
   FillRealSetup(next, true, 10);
-  ASSERT_TRUE(LoadRealTimeFile(path, next, now));
+  LoadRealTimeFile(next.Ring, path, now, 10);
   EXPECT_EQ(next.Ring.Valid(s1), 1);
   EXPECT_EQ(next.Ring.Time(s1), fresh);
   EXPECT_EQ(next.Ring.Value(s1, 5), 50 + fresh % 100);
@@ -162,7 +151,7 @@ TEST(RealTimeFile, LoadBlanksStaleAndInvalidSlotsInMemoryAndFile) {
   EXPECT_EQ(next.Ring.Time(s3), 0);
   EXPECT_EQ(next.Ring.Value(s3, 1), 0);
   const std::string after = ReadAll(path);
-  ASSERT_EQ(after.size(), before.size());  // a short file stays short
+  ASSERT_GE(after.size(), before.size());
   EXPECT_EQ(after.substr(static_cast<std::size_t>(s1 - 1) * 126, 126),
             before.substr(static_cast<std::size_t>(s1 - 1) * 126, 126));
   EXPECT_EQ(after.substr(static_cast<std::size_t>(s2 - 1) * 126, 126), std::string(126, '\0'));
@@ -171,37 +160,31 @@ TEST(RealTimeFile, LoadBlanksStaleAndInvalidSlotsInMemoryAndFile) {
 
 TEST(RealTimeFile, ShorterFileReadsBlanksForTheSlotsItLacks) {
   TempFolder folder;
-  const std::string path = folder.Path(kRealTimeFileName);
+  const std::string path = RealTimeFilePath(folder.Folder());
   RealtimeState state;
   FillRealSetup(state, true, 1);
   state.Ring.Write(86400, 5, std::vector<std::int32_t>(30, 9));  // something to overwrite
   ASSERT_TRUE(WriteWholeFile(path, std::string(126, '\0')));
-  ASSERT_TRUE(LoadRealTimeFile(path, state, kBase));
+  LoadRealTimeFile(state.Ring, path, kBase, 1);
   EXPECT_EQ(state.Ring.Valid(86400), 0);
   EXPECT_EQ(state.Ring.Value(86400, 0), 0);
-  EXPECT_EQ(ReadAll(path).size(), 126u);
 }
 
 TEST(RealTimeFile, TwoRunsWithTheSameRecorderTheSecondFindsTheEarlierSamples) {
   TempFolder folder;
-  const std::string setPath = folder.Path(kRealSetFileName);
-  const std::string timePath = folder.Path(kRealTimeFileName);
   std::vector<std::int32_t> slots;
   {
     RealtimeState first;
     FillRealSetup(first, false, 2);
-    ASSERT_TRUE(WriteRealSetFile(setPath, first));
-    RealTimeFileWriter file;
-    ASSERT_TRUE(file.Open(timePath, 72));
+    ASSERT_TRUE(WriteRealSetFile(first, RealSetFilePath(folder.Folder())));
     for (int i = 0; i < 20; ++i) {
       slots.push_back(PutSample(first, kBase + 2 * i));
-      ASSERT_TRUE(file.WriteRingSlot(first.Ring, slots.back()));
+      ASSERT_TRUE(WriteRealTimeRecord(first.Ring, RealTimeFilePath(folder.Folder()), slots.back()));
     }
+    WriteIni("1", "CYCLE", "REALTIME", ViewerComIniPath(folder.Folder()));  // 2 s
   }
   RealtimeState second;
-  ASSERT_TRUE(ReadRealSetFile(setPath, second));
-  second.CycleSeconds = 2;
-  ASSERT_TRUE(LoadRealTimeFile(timePath, second, kBase + 100));
+  ASSERT_TRUE(LoadLastRealRun(folder.Folder(), second, kBase + 100));
   for (int i = 0; i < 20; ++i) {
     const std::int32_t t = kBase + 2 * i;
     ASSERT_EQ(second.Ring.Valid(slots[i]), 1);

@@ -16,11 +16,13 @@
 #include "realtime/digital_window.h"
 #include "realtime/real_instant_window.h"
 #include "realtime/real_logging.h"
-#include "realtime/real_time_file.h"
 #include "realtime/real_trend_window.h"
 #include "realtime/real_views.h"
+#include "realtime/realtime_acquisition.h"
 #include "shell/catalogue.h"
 #include "shell/civil_time.h"
+#include "shell/ini_file.h"
+#include "shell/settings.h"
 #include "shell/shared_state.h"
 #include "trend/trend_layout.h"
 
@@ -280,13 +282,13 @@ TEST_F(RealViewsFixture, SecondRunShowsTheEarlierSamplesBeforeTheLinkStarts) {
   {
     RealtimeState first;
     FillRealSetup(first, true, 1);
-    ASSERT_TRUE(WriteRealSetFile(home.folder() + "/" + kRealSetFileName, first));
-    RealTimeFileWriter file;
-    ASSERT_TRUE(file.Open(home.folder() + "/" + kRealTimeFileName, 30));
-    for (int i = 0; i < 50; ++i) file.WriteRingSlot(first.Ring, PutSample(first, now - 100 + i));
+    ASSERT_TRUE(WriteRealSetFile(first, RealSetFilePath(home.folder())));
+    for (int i = 0; i < 50; ++i)
+      ASSERT_TRUE(WriteRealTimeRecord(first.Ring, RealTimeFilePath(home.folder()),
+                                      PutSample(first, now - 100 + i)));
+    WriteIni("0", "CYCLE", "REALTIME", ViewerComIniPath(home.folder()));  // 1 s
   }
   Shared().Realtime = RealtimeState{};
-  Shared().Realtime.Settings.Cycle = 0;  // 1 s
   RealTrendWindow *w = ShowRealTrend(nullptr);
   const RealtimeState &rt = Shared().Realtime;
   EXPECT_EQ(rt.ModelText, "KTX1030");
