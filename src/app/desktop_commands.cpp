@@ -13,6 +13,7 @@
 #include "ftp/ftp_window.h"
 #include "ftp/auto_fetch_control.h"
 #include "realtime/digital_window.h"
+#include "realtime/real_set_dialog.h"
 #include "realtime/real_trend_window.h"
 #include "realtime/realtime_link.h"
 #include "record/file_coupling_dialog.h"
@@ -301,11 +302,12 @@ void ConnectDesktopCommands(MainWindow &window) {
   QObject::connect(realLink, &RealLinkTimers::groupDecoded, [] {
     if (RealTrendWindow *trend = RealTrendWindow::Instance()) trend->syncFromState();
   });
-  window.setCommandHandler("mnuCommRealTime", [mdi] { ShowRealTrend(mdi); });
+  RealSetDialog::SetTrendOpener([mdi](QWidget *) { ShowRealTrend(mdi); });
   window.setCommandHandler("mnuWindowRealTimeDigital", [mdi] { ShowDigital(mdi); });
   // The automatic fetch: its timers live with the main window, frmRecord shows them.
   auto *autoFetch = new AutoFetchControl(frame);
   window.setCommandHandler("mnuCommRec", [autoFetch] { autoFetch->showWindow(); });
+  window.setCommandHandler("mnuCommRealTime", [frame] { RealSetDialog::Show(frame); });
   autoFetch->resumeAfterLoad();
 }
 

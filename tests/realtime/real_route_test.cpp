@@ -1,5 +1,5 @@
 // The real-time trend the whole way through the real main window: the menu
-// command shows frmRealTrend with the ring's waves, Analyze writes SR00000.FDT and
+// command and frmRealSet's cmdShow show frmRealTrend with the ring's waves, Analyze writes SR00000.FDT and
 // opens it through the ordinary open in a trend window, and the menus and the
 // monitor are as they should be afterwards.
 #include <gtest/gtest.h>
@@ -18,6 +18,7 @@
 #include "real_state_fixture.h"
 #include "realtime/digital_window.h"
 #include "realtime/real_logging.h"
+#include "realtime/real_set_dialog.h"
 #include "realtime/real_trend_window.h"
 #include "record_fixture.h"
 #include "shell/frame/main_window.h"
@@ -71,6 +72,11 @@ TEST_F(RealRouteFixture, MenuShowsTheRingThenAnalyzeOpensTheRecordInATrendWindow
   ASSERT_NE(menu, nullptr);
   ASSERT_TRUE(menu->isEnabled());
   menu->trigger();
+  // frmRealSet first: its cmdShow opens the trend
+  RealSetDialog *settings = window.findChild<RealSetDialog *>("frmRealSet");
+  ASSERT_NE(settings, nullptr);
+  EXPECT_EQ(RealTrendIn(window), nullptr);
+  settings->findChild<QPushButton *>("cmdShow")->click();
   RealTrendWindow *real = RealTrendIn(window);
   ASSERT_NE(real, nullptr);
   EXPECT_TRUE(Shared().Realtime.TrendOpen);
