@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <vector>
 
 #include "realtime/realtime_acquisition.h"
+#include "realtime/realtime_settings.h"
 #include "record/record_fields.h"
 #include "record/record_writer.h"
-#include "shell/ini_file.h"
 #include "shell/settings.h"
 
 namespace recscope {
@@ -79,8 +78,7 @@ void RealDisplayFromSetup(RealtimeState &state) {
 
 bool LoadLastRealRun(const std::string &folder, RealtimeState &state, std::int32_t now) {
   RealSettings last;
-  const std::string cycleKey = ReadIni("CYCLE", "REALTIME", ViewerComIniPath(folder));
-  last.Cycle = std::atoi(cycleKey.c_str());
+  ReadRealSettings(last, ViewerComIniPath(folder));
   const std::int16_t cycle = last.CycleSeconds();
   if (!ReadRealSetFile(state, RealSetFilePath(folder), cycle)) return false;
   // Until the recorder is read again the last run's setup is what the windows show.

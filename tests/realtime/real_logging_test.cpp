@@ -76,6 +76,7 @@ TEST(RealSetFile, ReadBackAsTheLastRunsSetupAndShownByTheWindowsLoad) {
   state.CommonPoint = 3;
   ASSERT_TRUE(WriteRealSetFile(state, RealSetFilePath(folder.Folder())));
   WriteIni("3", "CYCLE", "REALTIME", ViewerComIniPath(folder.Folder()));  // 5 s
+  WriteIni("127.0.0.1", "IP", "REALTIME", ViewerComIniPath(folder.Folder()));
 
   RealtimeState next;
   ASSERT_TRUE(LoadLastRealRun(folder.Folder(), next, kBase));
@@ -182,6 +183,7 @@ TEST(RealTimeFile, TwoRunsWithTheSameRecorderTheSecondFindsTheEarlierSamples) {
       ASSERT_TRUE(WriteRealTimeRecord(first.Ring, RealTimeFilePath(folder.Folder()), slots.back()));
     }
     WriteIni("1", "CYCLE", "REALTIME", ViewerComIniPath(folder.Folder()));  // 2 s
+    WriteIni("127.0.0.1", "IP", "REALTIME", ViewerComIniPath(folder.Folder()));
   }
   RealtimeState second;
   ASSERT_TRUE(LoadLastRealRun(folder.Folder(), second, kBase + 100));

@@ -1,6 +1,6 @@
 // The real-time trend the whole way through the real main window: the menu
-// command and frmRealSet's cmdShow show frmRealTrend with the ring's waves, Analyze writes SR00000.FDT and
-// opens it through the ordinary open in a trend window, and the menus and the
+// command and frmRealSet's cmdShow show frmRealTrend with the ring's waves, Analyze writes
+// SR00000.FDT and opens it through the ordinary open in a trend window, and the menus and the
 // monitor are as they should be afterwards.
 #include <gtest/gtest.h>
 

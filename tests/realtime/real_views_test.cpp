@@ -287,6 +287,7 @@ TEST_F(RealViewsFixture, SecondRunShowsTheEarlierSamplesBeforeTheLinkStarts) {
       ASSERT_TRUE(WriteRealTimeRecord(first.Ring, RealTimeFilePath(home.folder()),
                                       PutSample(first, now - 100 + i)));
     WriteIni("0", "CYCLE", "REALTIME", ViewerComIniPath(home.folder()));  // 1 s
+    WriteIni("127.0.0.1", "IP", "REALTIME", ViewerComIniPath(home.folder()));
   }
   Shared().Realtime = RealtimeState{};
   RealTrendWindow *w = ShowRealTrend(nullptr);
