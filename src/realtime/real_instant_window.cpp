@@ -37,6 +37,7 @@ RealInstantWindow::RealInstantWindow(int group, QWidget *parent) : QWidget(paren
   setAttribute(Qt::WA_DeleteOnClose);
   tabs_ = new QTabBar(this);
   tabs_->setObjectName(QStringLiteral("TabStrip1"));
+  tabs_->setExpanding(false);
   timeCaption_ = new QLabel(Text(kTimeCaption), this);
   timeCaption_->setObjectName(QStringLiteral("lblRealTime"));
   time_ = new QLabel(this);

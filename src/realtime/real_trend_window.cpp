@@ -73,6 +73,7 @@ RealTrendWindow::RealTrendWindow(QMdiArea *mdi, QWidget *parent)
 
   tabs_ = new QTabBar(this);
   tabs_->setObjectName(QStringLiteral("TabStrip1"));
+  tabs_->setExpanding(false);
   picture1_ = new QWidget(this);
   picture1_->setObjectName(QStringLiteral("Picture1"));
   picture1_->setMinimumSize(300, 200);
