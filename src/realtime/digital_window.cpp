@@ -10,6 +10,7 @@
 
 #include "realtime/real_views.h"
 #include "shell/catalogue.h"
+#include "shell/frame/control_tips.h"
 #include "shell/shared_state.h"
 
 namespace recscope {
@@ -28,7 +29,7 @@ DigitalWindow *DigitalWindow::Instance() { return g_digital; }
 DigitalWindow::DigitalWindow(QWidget *parent) : QWidget(parent) {
   g_digital = this;
   setObjectName(QStringLiteral("frmDigital"));
-  setWindowTitle(QStringLiteral("Real time digital"));
+  setWindowTitle(ControlCaption(objectName()));
   setAttribute(Qt::WA_DeleteOnClose);
   tabs_ = new QTabBar(this);
   tabs_->setObjectName(QStringLiteral("tabDigital"));

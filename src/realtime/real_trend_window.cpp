@@ -13,6 +13,7 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <filesystem>
 
 #include "realtime/real_instant_window.h"
@@ -170,6 +171,7 @@ RealTrendWindow::RealTrendWindow(QMdiArea *mdi, QWidget *parent)
     if (group == 0) return;
     view_.CurrentGroup = static_cast<std::int16_t>(group);
     ReselectScaleSlots(view_, 1);
+    FitScaleSlotRange();
     FillSlotTexts(view_);
     Shared().Realtime.Ring.LastDrawn = 0;
     redrawPending_ = true;
@@ -204,7 +206,19 @@ void RealTrendWindow::RebuildTabs() {
   }
   tabs_->setCurrentIndex(tabNames_.empty() ? -1 : 0);
   rebuilding_ = false;
+  FitScaleSlotRange();
   redrawPending_ = true;
+}
+
+void RealTrendWindow::FitScaleSlotRange() {
+  // UpDown3 picks the member of the tab whose scale the panel shows.
+  const TrendGroup &group = view_.Group();
+  int members = 0;
+  for (std::int16_t n : group.ChannelNo)
+    if (n != 0) ++members;
+  const QSignalBlocker block(upDown3_);
+  upDown3_->setRange(1, std::max(members, 1));
+  upDown3_->setValue(std::clamp(view_.SlotValue[0], 1, std::max(members, 1)));
 }
 
 void RealTrendWindow::syncFromState() {

@@ -69,6 +69,7 @@ class RealTrendWindow : public QWidget {
  private:
   void Frm3ReSize();
   void RebuildTabs();
+  void FitScaleSlotRange();
   void Draw();
   void PaintChannelList(QPainter &painter, const QSize &size);
   void ShowLamp();

@@ -141,6 +141,7 @@ TEST_F(RealRouteFixture, DigitalMenuShowsTheGridOfTheMonitor) {
     if (auto *d = qobject_cast<DigitalWindow *>(sub->widget())) digital = d;
   ASSERT_NE(digital, nullptr);
   EXPECT_EQ(digital->objectName(), "frmDigital");
+  EXPECT_EQ(digital->windowTitle(), "Real time digital");
   EXPECT_EQ(digital->findChild<QTabBar *>("tabDigital")->count(), 1);
 }
 

@@ -92,6 +92,10 @@ TEST_F(RealViewsFixture, TrendWindowHasItsControlsAndCaptions) {
   EXPECT_EQ(lamp->interval(), 100);
   EXPECT_FALSE(lamp->isActive());  // at rest
   EXPECT_EQ(w->findChild<QSpinBox *>("UpDown1")->value(), 3);
+  // UpDown3 reaches the members of the tab: all 30 channels, then group 1's three
+  EXPECT_EQ(w->findChild<QSpinBox *>("UpDown3")->maximum(), 30);
+  tabs->setCurrentIndex(1);
+  EXPECT_EQ(w->findChild<QSpinBox *>("UpDown3")->maximum(), 3);
   EXPECT_TRUE(Shared().Realtime.TrendOpen);
   delete w;
   EXPECT_FALSE(Shared().Realtime.TrendOpen);
