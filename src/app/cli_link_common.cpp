@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "app/program_home.h"
+#include "link/link_commands.h"
 #include "shell/catalogue.h"
 #include "shell/home_folder.h"
 #include "shell/init_set.h"

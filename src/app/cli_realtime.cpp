@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/cli_common.h"
+#include "realtime/real_logging.h"
 #include "realtime/realtime_acquisition.h"
 #include "realtime/realtime_link.h"
 #include "realtime/realtime_settings.h"
@@ -22,6 +23,7 @@ namespace recscope::cli {
 namespace {
 
 constexpr int kLinkError = 19751;
+constexpr int kFileError = 11107;
 
 bool WholeNumber(const std::string &text, int &value) {
   if (text.empty() || text.size() > 6) return false;
@@ -34,7 +36,8 @@ bool WholeNumber(const std::string &text, int &value) {
 int RunRealtime(const GlobalOptions &, const std::vector<std::string> &args) {
   ParsedArgs parsed;
   std::string error;
-  if (!ParseArgs(args, {"--tcp", "--port", "--station", "--cycle", "--seconds"}, {}, parsed, error))
+  if (!ParseArgs(args, {"--tcp", "--port", "--station", "--cycle", "--seconds"}, {"--analyze"},
+                 parsed, error))
     return UsageError(error);
   if (!parsed.positional.empty()) return UsageError("realtime takes no FILE");
   const std::string *tcp = parsed.find("--tcp");
@@ -116,6 +119,12 @@ int RunRealtime(const GlobalOptions &, const std::vector<std::string> &args) {
     for (int c = 0; c < state.ChannelCount; ++c) std::printf(" %d", state.Ring.Value(slot, c));
     std::printf("\n");
   }
+  if (parsed.find("--analyze")) {
+    // As cmdAnalyze does: the whole ring as SR00000.FDT in the home folder.
+    const std::string record = RealRecordWrite(shared.ProgramFolder, state);
+    if (record.empty()) throw CatalogueError(kFileError, GetMessageText(kFileError));
+    std::printf("%s\n", record.c_str());
+  }
   return samples > 0 ? kExitDone : kExitRefused;
 }
 
@@ -123,7 +132,7 @@ const Registration kRealtime({
     "realtime",
     "run the real-time acquisition for some seconds",
     "Usage: recscope-cli realtime (--tcp HOST[:PORT] | --port DEV) [--station N]\n"
-    "                             [--cycle S] --seconds N\n"
+    "                             [--cycle S] --seconds N [--analyze]\n"
     "\n"
     "Runs the real-time acquisition without windows for N seconds, on the same\n"
     "driver as the desktop program's real-time trend: over Modbus TCP to HOST\n"
@@ -139,6 +148,10 @@ const Registration kRealtime({
     "Prints, one a line: model, serial, version, channels, groups, cycle (seconds),\n"
     "state (the status text), failures (failed blocks), samples (written this run),\n"
     "and for the last written slot 'last yyyy/mm/dd hh:mm:ss slot N' and its values.\n"
+    "With --analyze the whole ring is then written as SR00000.FDT in the home folder\n"
+    "(oldest first, 86400 records a cycle apart, blanks as 0; FR00000.FDT deleted),\n"
+    "as the real-time trend's Analyze does, and its path is printed on a line of\n"
+    "its own; 'error 11107' when it cannot be written.\n"
     "A failed link never stops the run; it is counted. Exit 0 when samples were\n"
     "written; 2 when none were (with 'error 19751: 通信エラー' when the recorder's\n"
     "setup was never read); 1 on a usage error.\n",

@@ -12,7 +12,10 @@
 #include "print/title_dialog.h"
 #include "ftp/ftp_window.h"
 #include "ftp/auto_fetch_control.h"
+#include "realtime/digital_window.h"
 #include "realtime/real_set_dialog.h"
+#include "realtime/real_trend_window.h"
+#include "realtime/realtime_link.h"
 #include "record/file_coupling_dialog.h"
 #include "record/open_command.h"
 #include "record/open_select_dialog.h"
@@ -286,6 +289,21 @@ void ConnectDesktopCommands(MainWindow &window) {
   PrintPreviewWindow::SetPrintSettingsDialog(ShowPrintSettingDialog);
   // The FTP browser: one window, brought to the front when it stands.
   window.setCommandHandler("mnuCommFTP", [frame] { FtpWindow::Show(frame); });
+  // The real-time monitor: its driver on timers of the main window; frmRealTrend's
+  // cmdStart and cmdStop reach it, and each decoded block is shown at once.
+  QPointer<RealLinkTimers> realLink =
+      new RealLinkTimers(Shared().Realtime, Shared().ProgramFolder, {}, frame);
+  SetRealTrendLinkHooks({[realLink] {
+                           if (realLink) realLink->driver().Start();
+                         },
+                         [realLink] {
+                           if (realLink) realLink->driver().RealLinkStop();
+                         }});
+  QObject::connect(realLink, &RealLinkTimers::groupDecoded, [] {
+    if (RealTrendWindow *trend = RealTrendWindow::Instance()) trend->syncFromState();
+  });
+  RealSetDialog::SetTrendOpener([mdi](QWidget *) { ShowRealTrend(mdi); });
+  window.setCommandHandler("mnuWindowRealTimeDigital", [mdi] { ShowDigital(mdi); });
   // The automatic fetch: its timers live with the main window, frmRecord shows them.
   auto *autoFetch = new AutoFetchControl(frame);
   window.setCommandHandler("mnuCommRec", [autoFetch] { autoFetch->showWindow(); });

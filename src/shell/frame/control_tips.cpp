@@ -12,6 +12,7 @@ QString ControlCaption(const QString &objectName) {
   if (objectName == QLatin1String("mnuFileRecent"))
     return QString::fromUtf8("最近開いたファイル(&R)");
   if (objectName == QLatin1String("mnuViewFullScreen")) return QString::fromUtf8("全画面表示(&U)");
+  if (objectName == QLatin1String("frmDigital")) return QStringLiteral("Real time digital");
   if (objectName == QLatin1String("mnuFileExportImage"))
     return QString::fromUtf8("トレンド画像の保存(&G)...");
   if (objectName == QLatin1String("mnuEditCopyImage"))

@@ -13,7 +13,8 @@ QString ControlTip(const QString &objectName);
 // opened last), mnuViewFullScreen, mnuFileExportImage, mnuEditCopyImage and the
 // picture export dialog's title and fields, msgPrinterSetting and
 // msgPrinterSettingText (the title and text of the box shown when the printer
-// cannot take a paper). An empty text for any other name.
+// cannot take a paper), frmDigital (the title of the real-time digital grid). An
+// empty text for any other name.
 QString ControlCaption(const QString &objectName);
 
 }  // namespace recscope
