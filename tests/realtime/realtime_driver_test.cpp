@@ -436,6 +436,34 @@ TEST_F(RealDriver, KtxRecorderOverThePseudoTerminalReachesTheCycle) {
   EXPECT_EQ(run.driver().FailCount, 0);
 }
 
+TEST_F(RealDriver, ZnqRecorderOverThePseudoTerminalReachesTheCycle) {
+  SimulatedRealtimeRecorder recorder({.tcp = false, .family = "znq", .version = 14});
+  ASSERT_TRUE(recorder.ready());
+  RealtimeState state;
+  Acquisition run(recorder, state, home_, false);
+  run.Start();
+  ASSERT_TRUE(run.ReachCycle(30000));
+  EXPECT_EQ(state.ModelText, "ZNQ-72 TEST");
+  EXPECT_EQ(state.ChannelCount, 72);
+  EXPECT_EQ(state.TabNames,
+            (std::vector<std::string>{"G9", "G1", "G2", "G3", "G4", "G5", "G6", "G7"}));
+  ASSERT_TRUE(run.SampleAt(kT0 + 1));
+  const std::int32_t slot = RealSlotOfTime(kT0 + 1, 1);
+  // Channel c reads 10 × c + the reads before: the first of the cycle is the
+  // second read, the last channel comes with the second block of 32 words.
+  EXPECT_EQ(state.Ring.Value(slot, 0), 11);
+  EXPECT_EQ(state.Ring.Value(slot, 71), 721);
+  const std::vector<std::string> log = recorder.Log();
+  ASSERT_GE(log.size(), 4u);
+  EXPECT_EQ(log[0], "3 4000 30");
+  EXPECT_EQ(log[1], "3 7900 30");
+  EXPECT_EQ(log[log.size() - 2], "4 76 64");
+  EXPECT_EQ(log.back(), "4 140 32");
+  EXPECT_EQ(run.driver().FailCount, 0);
+  EXPECT_EQ(FileBytes(timeFile(), static_cast<std::size_t>(slot - 1) * 294, 294),
+            state.Ring.RecordBytes(slot));
+}
+
 TEST_F(RealDriver, RtuReplyWithOneGoodCrcBytePassesAndWithBothWrongFails) {
   SimulatedRealtimeRecorder recorder({.tcp = false, .family = "ktx", .version = 14});
   ASSERT_TRUE(recorder.ready());
