@@ -117,6 +117,10 @@ void ConnectLinkCommands(MainWindow &window) {
   window.setCommandHandler(QStringLiteral("mnuWindowBarGrafu"), [session] {
     session->monitor().openView(SlotWindowKind::kComBargraph);
   });
+  // The trend of slot 17: the one that stands is brought up, or the monitor's
+  // trend comes back while it runs.
+  window.setCommandHandler(QStringLiteral("mnuWindowTrando"),
+                           [session] { session->monitor().openView(SlotWindowKind::kTrend); });
 }
 
 }  // namespace recscope

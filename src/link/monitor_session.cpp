@@ -65,10 +65,20 @@ bool MonitorSession::ComMonitorStart() {
 }
 
 void MonitorSession::openView(SlotWindowKind kind) {
-  if (!run_.running()) return;
-  QWidget *view = FindSlotWindow(frame_.mdiArea(), kLinkSlot, kind);
-  if (!view) view = OpenSlotWindow(frame_.mdiArea(), kLinkSlot, kind);
-  Redraw();
+  QMdiArea *mdi = frame_.mdiArea();
+  QWidget *view = FindSlotWindow(mdi, kLinkSlot, kind);
+  if (!view) {
+    if (!run_.running()) return;
+    // A record's open unloads the monitor's windows and frees slot 17: the
+    // slot is read again from the record being written before a view comes.
+    if (!Shared().Slot(kLinkSlot).InUse() && run_.RefreshSlot(Shared()) != 0) return;
+    view = OpenSlotWindow(mdi, kLinkSlot, kind);
+  }
+  if (auto *sub = qobject_cast<QMdiSubWindow *>(view->parentWidget())) {
+    if (sub->isMinimized()) sub->showNormal();
+    mdi->setActiveSubWindow(sub);
+  }
+  if (run_.running()) Redraw();
 }
 
 void MonitorSession::Timer2_Timer() {
@@ -106,16 +116,7 @@ void MonitorSession::Redraw() {
   }
 }
 
-void MonitorSession::CloseMonitorWindows() {
-  QMdiArea *mdi = frame_.mdiArea();
-  for (SlotWindowKind kind : kMonitorViews)
-    while (QWidget *view = FindSlotWindow(mdi, kLinkSlot, kind)) view->parentWidget()->close();
-  while (auto *trend =
-             static_cast<TrendWindow *>(FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend))) {
-    trend->setAskOnClose(false);
-    trend->parentWidget()->close();
-  }
-}
+void MonitorSession::CloseMonitorWindows() { UnloadMonitorViews(frame_.mdiArea()); }
 
 void MonitorSession::ComMonitorStop() {
   timer2_.stop();

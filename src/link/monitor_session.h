@@ -24,7 +24,8 @@ class MonitorSession : public QObject {
   void ComMonitorStop();
   bool running() const { return run_.running(); }
   const MonitorRun &run() const { return run_; }
-  // The views of the monitor that Whole display and Bar graph reopen.
+  // Brings up a window of the monitor (a view or the trend of slot 17): the one
+  // that stands, or, while the monitor runs, a new one.
   void openView(SlotWindowKind kind);
   // Called at the end of every stop, the one chosen and the one after a failure.
   std::function<void()> Stopped;

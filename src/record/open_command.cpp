@@ -28,6 +28,8 @@ bool OpenRecordPath(QWidget *parent, QMdiArea *mdi, const QString &path, OpenOut
     ApplyMenuSet(frame);
     return false;
   }
+  // The monitor's windows give way to the record.
+  UnloadMonitorViews(mdi);
   OpenSlotWindow(mdi, result.slot, SlotWindowKind::kTrend);
   ApplyMenuSet(frame);
   RememberRecentFile(path);

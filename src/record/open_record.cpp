@@ -203,7 +203,7 @@ void CloseRecordSlot(SharedState &state, int slotNo) {
   const bool wasInUse = slot.InUse();
   DeleteWorkingFiles(slot.Record, state.ProgramFolder, slotNo);
   ClearSlot(slot);
-  if (wasInUse && state.OpenFileCount > 0)
+  if (wasInUse && slotNo != kLinkSlot && state.OpenFileCount > 0)
     state.OpenFileCount = static_cast<std::int16_t>(state.OpenFileCount - 1);
 }
 

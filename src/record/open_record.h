@@ -57,7 +57,8 @@ int ReadRecordFamily(const SharedState &state, const std::string &path, RecordSl
 // id of the refusal (the slot is then cleared).
 int ReadRecordIntoSlot(SharedState &state, const std::string &path, int slotNo);
 // What closing a trend window does to its slot: arrays erased, InUse 0, working
-// files deleted, one open file fewer.
+// files deleted, one open file fewer (the link's slot was never counted, so its
+// close lowers no count).
 void CloseRecordSlot(SharedState &state, int slot);
 
 }  // namespace recscope

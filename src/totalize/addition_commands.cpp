@@ -76,6 +76,8 @@ bool OpenAdditionPath(QWidget *parent, QMdiArea *mdi, const QString &path) {
     ApplyMenuSet(frame);
     return false;
   }
+  // The monitor's windows give way to the totalize window.
+  UnloadMonitorViews(mdi);
   QWidget *window = OpenSlotWindow(mdi, result.Slot, SlotWindowKind::kAddition);
   // Nearly as wide as the frame: it starts at the frame's left edge.
   if (auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget())) sub->move(0, 0);

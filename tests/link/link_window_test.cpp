@@ -7,15 +7,19 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileDialog>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QTimer>
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
+#include <memory>
 
 #include "app/desktop_commands.h"
 #include "gui_test_support.h"
@@ -24,11 +28,13 @@
 #include "link/link_commands.h"
 #include "link/monitor_windows.h"
 #include "record/open_record.h"
+#include "record/open_select_dialog.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/init_set.h"
 #include "shell/shared_state.h"
 #include "simulated_recorder.h"
+#include "totalize/addition_window.h"
 #include "trend/trend_window.h"
 
 using namespace recscope;
@@ -77,6 +83,35 @@ struct LinkDesktop : ::testing::Test {
   std::string file(const char *name) { return home.folder() + "/" + name; }
   QAction *toolButton(int index) {
     return window.findChild<QAction *>(QStringLiteral("tbButton%1").arg(index));
+  }
+  // The monitor's windows of slot 17 in the MDI area, by class.
+  int monitorWindows() {
+    int count = 0;
+    for (QMdiSubWindow *sub : window.mdiArea()->subWindowList()) {
+      QWidget *w = sub->widget();
+      if (qobject_cast<ComInstantValueWindow *>(w) || qobject_cast<ComBargraphWindow *>(w) ||
+          qobject_cast<ComWholeDisplayWindow *>(w))
+        ++count;
+      else if (auto *t = qobject_cast<TrendWindow *>(w); t && t->slot() == kLinkSlot)
+        ++count;
+    }
+    return count;
+  }
+  // The monitor started and polling, with its four windows.
+  void StartMonitor() {
+    ASSERT_TRUE(recorder.ready());
+    window.show();
+    window.runCommand(QStringLiteral("mnuRealTime"));
+    window.runCommand(QStringLiteral("mnuComunicationStart"));
+    ASSERT_TRUE(messages.ids().empty());
+    ASSERT_TRUE(WaitUntil([&] { return Shared().Slot(kLinkSlot).Record.RecordCount >= 2; }, 5000));
+    ASSERT_EQ(monitorWindows(), 4);
+  }
+  // A copy of a sample in the home folder.
+  QString Sample(const char *name) {
+    const QString path = home.path(QString::fromLatin1(name));
+    EXPECT_TRUE(QFile::copy(QStringLiteral(RECSCOPE_SOURCE_DIR "/samples/") + name, path));
+    return path;
   }
 
   SimulatedRecorder recorder;
@@ -313,6 +348,140 @@ TEST_F(LinkDesktop, FailedPollAnsweredYesEndsTheCommunicationAndClosesTheMonitor
   EXPECT_TRUE(trends().isEmpty());
   EXPECT_EQ(window.findChild<ComInstantValueWindow *>("frmComInstantvalue"), nullptr);
   EXPECT_TRUE(std::filesystem::exists(file("S100000.FDT")));
+}
+
+TEST_F(LinkDesktop, RecordOpenedThroughTheMenuUnloadsTheMonitorWindowsAndThePollGoesOn) {
+  StartMonitor();
+  EXPECT_FALSE(enabled("mnuWindow"));  // nothing open: state 0
+  const QString path = Sample("SHEAT01.FDT");
+  window.command(QStringLiteral("mnuFileOpen"))->trigger();
+  OpenSelectDialog *select = nullptr;
+  for (auto *dialog : window.findChildren<OpenSelectDialog *>("frmOpenSelect"))
+    if (dialog->isVisible()) select = dialog;
+  ASSERT_NE(select, nullptr);
+  select->SetFileChooser([path](QWidget *) { return path; });
+  select->findChild<QPushButton *>("cmdDirect")->click();
+  Wait(50);
+  EXPECT_TRUE(messages.ids().empty());
+  // The record's trend alone stands; the monitor's four windows are gone.
+  EXPECT_EQ(monitorWindows(), 0);
+  EXPECT_EQ(window.findChild<ComInstantValueWindow *>("frmComInstantvalue"), nullptr);
+  EXPECT_EQ(window.findChild<ComBargraphWindow *>("frmComBargraph"), nullptr);
+  EXPECT_EQ(window.findChild<ComWholeDisplayWindow *>("frmComWholedisplay"), nullptr);
+  ASSERT_EQ(trends().size(), 1);
+  TrendWindow *record = trends().front();
+  EXPECT_EQ(record->slot(), 1);
+  EXPECT_TRUE(record->isVisible());
+  EXPECT_TRUE(record->windowTitle().endsWith("[" + path + "]"));
+  record->setAskOnClose(false);
+  EXPECT_FALSE(Shared().Slot(kLinkSlot).InUse());
+  EXPECT_EQ(Shared().OpenFileCount, 1);
+  EXPECT_EQ(Shared().MenuState, 1);
+  EXPECT_TRUE(enabled("mnuFileClose"));
+  EXPECT_TRUE(enabled("mnuWindow"));
+
+  // Timer2 goes on writing the record, and redraws no window.
+  const std::size_t before = recorder.Requests().size();
+  ASSERT_TRUE(WaitUntil([&] { return recorder.Requests().size() >= before + 3u; }, 5000));
+  EXPECT_TRUE(messages.ids().empty());
+  EXPECT_EQ(monitorWindows(), 0);
+  EXPECT_FALSE(Shared().Slot(kLinkSlot).InUse());
+  EXPECT_TRUE(enabled("mnuComunicationEnd"));
+
+  // Trend display brings the monitor's trend back, read as far as written; the
+  // record's open count stays.
+  window.command(QStringLiteral("mnuWindowTrando"))->trigger();
+  ASSERT_EQ(trends().size(), 2);
+  auto *back = qobject_cast<TrendWindow *>(window.mdiArea()->activeSubWindow()->widget());
+  ASSERT_NE(back, nullptr);
+  EXPECT_EQ(back->slot(), kLinkSlot);
+  EXPECT_EQ(back->windowTitle(), "Trend Viewer");
+  EXPECT_EQ(Shared().Slot(kLinkSlot).Record.FirstTime, 1700000000);
+  EXPECT_GE(Shared().Slot(kLinkSlot).Record.RecordCount, 2);
+  EXPECT_EQ(Shared().OpenFileCount, 1);
+
+  // The end closes the monitor's trend and leaves the record's.
+  window.runCommand(QStringLiteral("mnuComunicationEnd"));
+  Wait(50);
+  EXPECT_EQ(monitorWindows(), 0);
+  ASSERT_EQ(trends().size(), 1);
+  EXPECT_EQ(trends().front()->slot(), 1);
+  EXPECT_EQ(Shared().OpenFileCount, 1);
+  EXPECT_TRUE(enabled("mnuComunicationStart"));
+  EXPECT_FALSE(enabled("mnuComunicationEnd"));
+  EXPECT_TRUE(enabled("mnuFileClose"));
+  EXPECT_TRUE(messages.ids().empty());
+}
+
+TEST_F(LinkDesktop, TotalizeFileOpenedThroughTheMenuUnloadsTheMonitorWindowsAndThePollGoesOn) {
+  StartMonitor();
+  const QString path = Sample("THEAT01.FDT");
+  bool dialogSeen = false;
+  auto answer = std::make_shared<std::function<void()>>();
+  *answer = [&dialogSeen, path, answer] {
+    auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+    if (!dialog) {
+      QTimer::singleShot(10, *answer);
+      return;
+    }
+    dialogSeen = true;
+    dialog->selectFile(path);
+    static_cast<QDialog *>(dialog)->accept();
+  };
+  QTimer::singleShot(0, *answer);
+  window.command(QStringLiteral("mnuFileAdditionView"))->trigger();
+  Wait(50);
+  EXPECT_TRUE(dialogSeen);
+  EXPECT_TRUE(messages.ids().empty());
+  EXPECT_EQ(monitorWindows(), 0);
+  EXPECT_TRUE(trends().isEmpty());
+  auto *addition = window.findChild<AdditionWindow *>("frmAddition");
+  ASSERT_NE(addition, nullptr);
+  EXPECT_TRUE(addition->isVisible());
+  EXPECT_EQ(window.mdiArea()->subWindowList().size(), 1);
+  EXPECT_FALSE(Shared().Slot(kLinkSlot).InUse());
+  EXPECT_EQ(Shared().OpenAdditionCount, 1);
+  EXPECT_EQ(Shared().OpenFileCount, 0);
+  EXPECT_EQ(Shared().MenuState, 2);
+
+  const std::size_t before = recorder.Requests().size();
+  ASSERT_TRUE(WaitUntil([&] { return recorder.Requests().size() >= before + 3u; }, 5000));
+  EXPECT_TRUE(messages.ids().empty());
+  EXPECT_EQ(monitorWindows(), 0);
+
+  window.runCommand(QStringLiteral("mnuComunicationEnd"));
+  Wait(50);
+  EXPECT_TRUE(enabled("mnuComunicationStart"));
+  EXPECT_FALSE(enabled("mnuComunicationEnd"));
+  EXPECT_EQ(window.findChild<AdditionWindow *>("frmAddition"), addition);
+  EXPECT_EQ(Shared().MenuState, 2);
+  EXPECT_TRUE(messages.ids().empty());
+}
+
+TEST_F(LinkDesktop, TrendDisplayBringsUpTheMonitorTrendOfSlot17) {
+  StartMonitor();
+  QMdiArea *mdi = window.mdiArea();
+  ASSERT_EQ(trends().size(), 1);
+  TrendWindow *trend = trends().front();
+  ASSERT_EQ(trend->slot(), kLinkSlot);
+  auto *trendSub = qobject_cast<QMdiSubWindow *>(trend->parentWidget());
+  auto *whole = window.findChild<ComWholeDisplayWindow *>("frmComWholedisplay");
+  ASSERT_TRUE(trendSub && whole);
+  trendSub->showMinimized();
+  mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(whole->parentWidget()));
+  ASSERT_NE(mdi->activeSubWindow(), trendSub);
+  window.runCommand(QStringLiteral("mnuWindowTrando"));
+  EXPECT_EQ(mdi->activeSubWindow(), trendSub);
+  EXPECT_FALSE(trendSub->isMinimized());
+  // The one that stands, no second one.
+  EXPECT_EQ(trends().size(), 1);
+  EXPECT_EQ(monitorWindows(), 4);
+  window.runCommand(QStringLiteral("mnuComunicationEnd"));
+  Wait(50);
+  EXPECT_EQ(monitorWindows(), 0);
+  // Without the monitor and its trend the command does nothing.
+  window.runCommand(QStringLiteral("mnuWindowTrando"));
+  EXPECT_TRUE(trends().isEmpty());
 }
 
 }  // namespace

@@ -11,9 +11,9 @@
 #include "shell/frame/main_window.h"
 #include "shell/menu_state.h"
 #include "shell/shared_state.h"
+#include "totalize/addition_window.h"
 #include "totalize/report.h"
 #include "totalize/report_list_window.h"
-#include "totalize/addition_window.h"
 #include "totalize/totalize_view.h"
 #include "trend/cursor_commands.h"
 #include "trend/shift_key.h"
@@ -253,6 +253,17 @@ QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind) {
   }
   AttachSlotViews(mdi, slot);
   return window;
+}
+
+void UnloadMonitorViews(QMdiArea *mdi) {
+  for (SlotWindowKind kind : {SlotWindowKind::kComBargraph, SlotWindowKind::kComInstantvalue,
+                              SlotWindowKind::kComWholedisplay})
+    while (QWidget *view = FindSlotWindow(mdi, kLinkSlot, kind)) view->parentWidget()->close();
+  while (auto *trend =
+             static_cast<TrendWindow *>(FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend))) {
+    trend->setAskOnClose(false);
+    trend->parentWidget()->close();
+  }
 }
 
 void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal) {

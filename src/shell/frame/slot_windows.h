@@ -42,6 +42,13 @@ QWidget *OpenSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind = SlotWindo
 // The window of `kind` of `slot` in the MDI area, or nullptr.
 QWidget *FindSlotWindow(QMdiArea *mdi, int slot, SlotWindowKind kind);
 
+// Unloads the communication monitor's windows that stand: frmComBargraph,
+// frmComInstantvalue, frmComWholedisplay and the trend of slot 17 (no save
+// question; slot 17 is freed, no open count changes). A record or totalize file
+// that opens does this before its own window comes; the monitor goes on polling
+// and redraws only the windows it finds.
+void UnloadMonitorViews(QMdiArea *mdi);
+
 // Rebuilds every open trend window in the other form through OpenSlotWindow,
 // keeping cursors, groups and the saved flag. The slot is not freed and no save
 // question is asked.
