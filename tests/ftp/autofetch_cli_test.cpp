@@ -1,10 +1,10 @@
 // recscope-cli autofetch --once from the outside, against a real FTP server.
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <sys/wait.h>
 
 #include "auto_fetch_test_support.h"
 #include "ftp/operation_log.h"
