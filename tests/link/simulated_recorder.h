@@ -19,6 +19,8 @@
 
 extern char **environ;
 
+#include "../child_process.h"
+
 namespace recscope::testing {
 
 inline const std::string kShippedInitSet = RECSCOPE_SOURCE_DIR "/resources/InitSet.txt";
@@ -84,31 +86,6 @@ class SimulatedRecorder {
     std::ifstream log(file);
     for (std::string line; std::getline(log, line);) lines.push_back(line);
     return lines;
-  }
-  static pid_t Spawn(const std::vector<std::string> &argv) {
-    std::vector<char *> args;
-    for (const std::string &a : argv) args.push_back(const_cast<char *>(a.c_str()));
-    args.push_back(nullptr);
-    pid_t pid = 0;
-    if (::posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return 0;
-    return pid;
-  }
-  static void Stop(pid_t pid) {
-    if (pid <= 0) return;
-    ::kill(pid, SIGTERM);
-    for (int i = 0; i < 100; ++i) {
-      if (::waitpid(pid, nullptr, WNOHANG) == pid) return;
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    ::kill(pid, SIGKILL);
-    ::waitpid(pid, nullptr, 0);
-  }
-  static bool WaitFor(const std::string &file) {
-    for (int i = 0; i < 500; ++i) {
-      if (std::filesystem::exists(file)) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return false;
   }
 
   std::string folder_;

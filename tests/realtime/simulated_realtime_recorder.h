@@ -17,6 +17,8 @@
 
 extern char **environ;
 
+#include "../child_process.h"
+
 namespace recscope::testing {
 
 class SimulatedRealtimeRecorder {
@@ -88,32 +90,6 @@ class SimulatedRealtimeRecorder {
   }
 
  private:
-  static pid_t Spawn(const std::vector<std::string> &argv) {
-    std::vector<char *> args;
-    for (const std::string &a : argv) args.push_back(const_cast<char *>(a.c_str()));
-    args.push_back(nullptr);
-    pid_t pid = 0;
-    if (::posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return 0;
-    return pid;
-  }
-  static void Stop(pid_t pid) {
-    if (pid <= 0) return;
-    ::kill(pid, SIGTERM);
-    for (int i = 0; i < 100; ++i) {
-      if (::waitpid(pid, nullptr, WNOHANG) == pid) return;
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    ::kill(pid, SIGKILL);
-    ::waitpid(pid, nullptr, 0);
-  }
-  static bool WaitFor(const std::string &file) {
-    for (int i = 0; i < 500; ++i) {
-      if (std::filesystem::exists(file)) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return false;
-  }
-
   Options options_;
   std::string folder_;
   pid_t socat_ = 0;
