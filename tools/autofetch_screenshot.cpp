@@ -9,15 +9,14 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QSettings>
 #include <QSpinBox>
-#include <QTemporaryDir>
 #include <chrono>
 #include <cstdio>
 #include <thread>
 
 #include "app/desktop_commands.h"
 #include "ftp/auto_fetch_window.h"
+#include "screenshot_home.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
@@ -50,10 +49,7 @@ int main(int argc, char **argv) {
   }
   QApplication app(argc, argv);
   qputenv("RECSCOPE_FTP_PORT", argv[1]);
-  QTemporaryDir home, store;
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, store.path());
-  Shared().ProgramFolder = home.path().toStdString();
-  ResetSharedState(Shared());
+  tools::ScreenshotHome sandbox;
   SetMessageService([](QWidget *, const MessageRequest &) { return int(QMessageBox::Yes); });
 
   MainWindow window;

@@ -12,13 +12,12 @@
 #include <QMenu>
 #include <QPainter>
 #include <QScreen>
-#include <QSettings>
 #include <QSvgRenderer>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
 
 #include "app/desktop_commands.h"
+#include "screenshot_home.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
@@ -28,10 +27,6 @@
 using namespace recscope;
 
 namespace {
-
-void Settle() {
-  for (int i = 0; i < 20; ++i) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
 
 TrendWindow *TrendOf(MainWindow &w) {
   for (QMdiSubWindow *sub : w.mdiArea()->subWindowList())
@@ -51,10 +46,7 @@ int main(int argc, char **argv) {
     return 1;
   }
   QApplication app(argc, argv);
-  QTemporaryDir home, store;
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, store.path());
-  Shared().ProgramFolder = home.path().toStdString();
-  ResetSharedState(Shared());
+  tools::ScreenshotHome sandbox;
   SetMessageService([](QWidget *, const MessageRequest &) { return int(QMessageBox::No); });
   const QString samples = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath();
   const QString out = QString::fromLocal8Bit(argv[2]);
@@ -67,7 +59,7 @@ int main(int argc, char **argv) {
   window.openFiles({samples + "/text/SHEAT01.FDT"});
   window.runCommand("mnuFileClose");
   window.openFiles({samples + "/SHEAT01.FDT"});
-  Settle();
+  tools::SettleWindows();
   TrendWindow *trend = TrendOf(window);
   if (!trend) return 2;
   Activate(window, trend);
@@ -99,17 +91,17 @@ int main(int argc, char **argv) {
     left += width;
   }
   Activate(window, trend);
-  Settle();
+  tools::SettleWindows();
   window.grab().save(out + "/desktop_cursors_and_views.png");
 
   // The file menu with the records opened last.
   QMenu *file = window.findChild<QMenu *>("mnuFile");
   QMenu *recent = window.findChild<QMenu *>("mnuFileRecent");
   file->popup(window.mapToGlobal(QPoint(10, 25)));
-  Settle();
+  tools::SettleWindows();
   recent->popup(file->mapToGlobal(
       QPoint(file->width() - 10, file->actionGeometry(recent->menuAction()).top())));
-  Settle();
+  tools::SettleWindows();
   QScreen *screen = QGuiApplication::primaryScreen();
   screen->grabWindow(0, 0, 0, 1100, 600).save(out + "/desktop_file_menu_recent.png");
   recent->hide();

@@ -8,8 +8,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTreeView>
 #include <QTreeWidget>
 #include <cstdio>
@@ -18,6 +16,7 @@
 #include "app/desktop_commands.h"
 #include "ftp/ftp_setting_dialog.h"
 #include "ftp/ftp_window.h"
+#include "screenshot_home.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
@@ -43,10 +42,7 @@ int main(int argc, char **argv) {
   }
   setenv("RECSCOPE_FTP_PORT", argv[1], 1);
   QApplication app(argc, argv);
-  QTemporaryDir home, store;
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, store.path());
-  Shared().ProgramFolder = home.path().toStdString();
-  ResetSharedState(Shared());
+  tools::ScreenshotHome sandbox;
   SetMessageService([](QWidget *, const MessageRequest &request) {
     std::fprintf(stderr, "message %d\n", request.messageId);
     return int(QMessageBox::Ok);

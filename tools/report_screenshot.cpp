@@ -8,11 +8,10 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <cstdio>
 
 #include "app/desktop_commands.h"
+#include "screenshot_home.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
@@ -22,28 +21,17 @@
 
 using namespace recscope;
 
-namespace {
-
-void Settle() {
-  for (int i = 0; i < 20; ++i) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
-
-}  // namespace
-
 int main(int argc, char **argv) {
   if (argc != 3) {
     std::fprintf(stderr, "usage: report_screenshot SAMPLES_FOLDER OUTPUT_FOLDER\n");
     return 1;
   }
   QApplication app(argc, argv);
-  QTemporaryDir home, store;
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, store.path());
-  Shared().ProgramFolder = home.path().toStdString();
-  ResetSharedState(Shared());
+  tools::ScreenshotHome sandbox;
   SetMessageService([](QWidget *, const MessageRequest &) { return int(QMessageBox::No); });
   const QString samples = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath();
   const QString out = QString::fromLocal8Bit(argv[2]);
-  const QString record = home.filePath("SHEAT01.FDT");
+  const QString record = sandbox.home.filePath("SHEAT01.FDT");
   if (!QFile::copy(samples + "/SHEAT01.FDT", record)) return 2;
 
   MainWindow window;
@@ -52,16 +40,16 @@ int main(int argc, char **argv) {
   window.setGeometry(0, 0, 1600, 1000);
   window.show();
   window.openFiles({record});
-  Settle();
+  tools::SettleWindows();
   window.runCommand("mnuWindowChohyo");
-  Settle();
+  tools::SettleWindows();
   auto *select = window.findChild<ReportSelectDialog *>("frmChohyoSelect");
   if (!select) return 3;
   select->findChild<QPushButton *>("cmdMonth")->click();
-  Settle();
+  tools::SettleWindows();
   for (QMdiSubWindow *sub : window.mdiArea()->subWindowList())
     if (qobject_cast<ReportListWindow *>(sub->widget())) sub->showMaximized();
-  Settle();
+  tools::SettleWindows();
   window.grab().save(out + "/monthly_report.png");
   window.runCommand("mnuFileClose");
   return 0;

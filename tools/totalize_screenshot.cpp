@@ -5,12 +5,11 @@
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QSettings>
 #include <QTabBar>
-#include <QTemporaryDir>
 #include <cstdio>
 
 #include "app/desktop_commands.h"
+#include "screenshot_home.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/shared_state.h"
@@ -19,24 +18,13 @@
 
 using namespace recscope;
 
-namespace {
-
-void Settle() {
-  for (int i = 0; i < 20; ++i) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
-
-}  // namespace
-
 int main(int argc, char **argv) {
   if (argc != 3) {
     std::fprintf(stderr, "usage: totalize_screenshot SAMPLES_FOLDER OUTPUT_FOLDER\n");
     return 1;
   }
   QApplication app(argc, argv);
-  QTemporaryDir home, store;
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, store.path());
-  Shared().ProgramFolder = home.path().toStdString();
-  ResetSharedState(Shared());
+  tools::ScreenshotHome sandbox;
   SetMessageService([](QWidget *, const MessageRequest &) { return int(QMessageBox::Ok); });
   const QString samples = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath();
   const QString out = QString::fromLocal8Bit(argv[2]);
@@ -46,16 +34,16 @@ int main(int argc, char **argv) {
   window.load();
   window.setGeometry(0, 0, 1280, 640);
   window.show();
-  Settle();
+  tools::SettleWindows();
   if (!OpenAdditionPath(&window, window.mdiArea(), samples + "/THEAT01.FDT")) return 2;
-  Settle();
+  tools::SettleWindows();
   AdditionWindow *addition = nullptr;
   for (QMdiSubWindow *sub : window.mdiArea()->subWindowList())
     if (auto *a = qobject_cast<AdditionWindow *>(sub->widget())) addition = a;
   if (!addition) return 2;
   auto *tabs = addition->findChild<QTabBar *>("TabStrip1");
   tabs->setCurrentIndex(tabs->count() - 1);  // all channels
-  Settle();
+  tools::SettleWindows();
   window.grab().save(out + "/totalize_window.png");
   return 0;
 }
