@@ -31,6 +31,7 @@
 #include "totalize/report_select_dialog.h"
 #include "trend/cursor_commands.h"
 #include "trend/detail_dialog.h"
+#include "trend/trend_feed.h"
 #include "trend/trend_window.h"
 #include "views/cursor_calc_window.h"
 #include "views/event_list.h"
@@ -82,6 +83,13 @@ void OpenSlotView(QMdiArea *mdi, SlotWindowKind kind) {
     mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
     return;
   }
+  // A trend fed from memory keeps no working files: the list reads the record
+  // as far as it is written.
+  if (const TrendFeed *feed = FindTrendFeed(trend->slot()); feed && feed->ReadRecord)
+    if (const int id = feed->ReadRecord(); id != 0) {
+      ShowMessage(trend, id);
+      return;
+    }
   OpenSlotWindow(mdi, trend->slot(), kind);
 }
 

@@ -73,6 +73,12 @@ bool MonitorRun::Start(CommandDriver &driver, const ComPortSettings &settings,
     ComPortClose(driver);
     return false;
   }
+  FillSlot(state);
+  driver_ = &driver;
+  return true;
+}
+
+void MonitorRun::FillSlot(SharedState &state) const {
   // The monitor's own record: 30 analog and 5 digital channels, the groups read.
   RecordSlot &slot = state.Slot(kLinkSlot);
   slot.Record.Channels = record_.Record.Channels;
@@ -82,8 +88,7 @@ bool MonitorRun::Start(CommandDriver &driver, const ComPortSettings &settings,
   slot.Record.DiCount = static_cast<std::int16_t>(kMonitorDis);
   slot.Record.GroupCount = record_.Record.GroupCount;
   slot.Record.FilePath = record_.MeasurementPath;
-  driver_ = &driver;
-  return true;
+  slot.Record.InUse = -1;
 }
 
 MonitorTickResult MonitorRun::Tick() {

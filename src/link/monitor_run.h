@@ -46,8 +46,8 @@ class MonitorRun {
  public:
   // The start after the open records are closed: slot 17 is made current, the
   // ring cleared, the CRC table filled, the port opened, the present value map
-  // filled and the setup read into a new record pair. On success the channel,
-  // DI and group records of slot 17 are those read. False when the read gave up
+  // filled and the setup read into a new record pair. On success slot 17 holds
+  // the channel, DI and group records read (FillSlot). False when the read gave up
   // (the caller then stops).
   bool Start(CommandDriver &driver, const ComPortSettings &settings, const RegisterMap &map,
              const std::string &folder, const MonitorHooks &hooks, SharedState &state);
@@ -57,10 +57,14 @@ class MonitorRun {
   MonitorTickResult Tick();
   // The port and the record pair are closed.
   void Stop();
-  // Slot 17 as the trend shows it: the record being written is read again up
-  // to its last sample, with its working files and its alarm file; the alarm
-  // values stay those the setup read gave (the file holds alarm 3's value in
-  // place of the fourth). Returns 0, or the catalogue id of the refusal.
+  // Slot 17 as the setup read gave it: the channel, DI and group records, the
+  // record's path, in use. The trend draws the ring with these.
+  void FillSlot(SharedState &state) const;
+  // Slot 17 for a list window (the event list): the record being written is
+  // read again up to its last sample, with its working files and its alarm
+  // file; the alarm values stay those the setup read gave (the file holds alarm
+  // 3's value in place of the fourth). Returns 0, or the catalogue id of the
+  // refusal.
   int RefreshSlot(SharedState &state) const;
 
   bool running() const { return driver_ != nullptr; }

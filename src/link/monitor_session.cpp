@@ -5,10 +5,12 @@
 #include <QMdiSubWindow>
 
 #include "link/link_commands.h"
+#include "link/monitor_trend.h"
 #include "link/monitor_windows.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/init_set.h"
+#include "trend/trend_feed.h"
 #include "trend/trend_window.h"
 
 namespace recscope {
@@ -33,7 +35,23 @@ MonitorSession::MonitorSession(MainWindow &frame, CommandDriver &driver)
 
 MonitorSession::~MonitorSession() {
   timer2_.stop();
+  ClearTrendFeed(kLinkSlot);
   run_.Stop();
+}
+
+void MonitorSession::FeedTrend() {
+  TrendFeed feed;
+  feed.Fill = [this](TrendView &view, std::int32_t timeExtent) {
+    MonitorTrendFill(view, run_.ring(), Shared().Slot(kLinkSlot).Record, timeExtent);
+  };
+  // A list window reads the record as far as written; when that fails the
+  // slot goes back to what the setup read gave, so the trend keeps drawing.
+  feed.ReadRecord = [this] {
+    const int id = run_.RefreshSlot(Shared());
+    if (id != 0) run_.FillSlot(Shared());
+    return id;
+  };
+  SetTrendFeed(kLinkSlot, std::move(feed));
 }
 
 bool MonitorSession::ComMonitorStart() {
@@ -49,9 +67,11 @@ bool MonitorSession::ComMonitorStart() {
     ComMonitorStop();
     return false;
   }
-  // Views left from an earlier run go; a new trend of slot 17 comes.
+  // Views left from an earlier run go; a new trend of slot 17 comes, drawn
+  // from the ring.
   CloseMonitorWindows();
-  Shared().Slot(kLinkSlot).Record.InUse = -1;
+  run_.FillSlot(Shared());
+  FeedTrend();
   OpenSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend);
   for (SlotWindowKind kind : kMonitorViews) OpenSlotWindow(mdi, kLinkSlot, kind);
   // The four windows side by side, so that none starts outside the frame.
@@ -70,8 +90,8 @@ void MonitorSession::openView(SlotWindowKind kind) {
   if (!view) {
     if (!run_.running()) return;
     // A record's open unloads the monitor's windows and frees slot 17: the
-    // slot is read again from the record being written before a view comes.
-    if (!Shared().Slot(kLinkSlot).InUse() && run_.RefreshSlot(Shared()) != 0) return;
+    // slot takes the setup read's records again before a view comes.
+    if (!Shared().Slot(kLinkSlot).InUse()) run_.FillSlot(Shared());
     view = OpenSlotWindow(mdi, kLinkSlot, kind);
   }
   if (auto *sub = qobject_cast<QMdiSubWindow *>(view->parentWidget())) {
@@ -109,11 +129,10 @@ void MonitorSession::Redraw() {
   if (auto *whole = static_cast<ComWholeDisplayWindow *>(
           FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kComWholedisplay)))
     whole->redraw(ring, index);
+  // The trend draws the whole ring again through its feed.
   if (auto *trend =
-          static_cast<TrendWindow *>(FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend))) {
-    // The trend reads the record as far as it is written, and shows all of it.
-    if (run_.RefreshSlot(Shared()) == 0) trend->onTimeAll();
-  }
+          static_cast<TrendWindow *>(FindSlotWindow(mdi, kLinkSlot, SlotWindowKind::kTrend)))
+    trend->RedrawWholeView();
 }
 
 void MonitorSession::CloseMonitorWindows() { UnloadMonitorViews(frame_.mdiArea()); }
@@ -122,6 +141,7 @@ void MonitorSession::ComMonitorStop() {
   timer2_.stop();
   run_.Stop();
   CloseMonitorWindows();
+  ClearTrendFeed(kLinkSlot);
   frame_.UpdateMainMenus();
   if (Stopped) Stopped();
 }

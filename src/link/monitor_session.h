@@ -2,7 +2,8 @@
 // The communication monitor of the main window: ComMonitorStart and
 // ComMonitorStop with Timer2, which polls the recorder every 100 ms, writes the
 // record pair and redraws the views that are open: frmComBargraph,
-// frmComInstantvalue, frmComWholedisplay and the trend of slot 17.
+// frmComInstantvalue, frmComWholedisplay and the trend of slot 17, all four
+// from the ring in memory.
 #include <QObject>
 #include <QTimer>
 #include <functional>
@@ -32,6 +33,8 @@ class MonitorSession : public QObject {
 
  private:
   void Timer2_Timer();
+  // Slot 17's trend windows draw the ring from now on.
+  void FeedTrend();
   void CloseMonitorWindows();
   void Redraw();
 

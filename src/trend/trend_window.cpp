@@ -23,6 +23,7 @@
 #include "trend/render_request.h"
 #include "trend/scale_edit_dialog.h"
 #include "trend/shift_key.h"
+#include "trend/trend_feed.h"
 #include "trend/trend_tooltips.h"
 #include "trend/zoom_setting_dialog.h"
 
@@ -78,6 +79,9 @@ TrendWindow::TrendWindow(int slot, bool horizontal, QWidget *parent)
   const RecordFileInfo &info = Shared().Slot(slot).Record;
   InitTrendView(view_, info, Shared().ScaleCount);
   view_.ShiftBaseline = ShiftKeyState::Instance().State();
+  // A window fed from memory is a real-time window: no cursors, flags or
+  // marks, and its range is the feed's.
+  if (FindTrendFeed(slot)) view_.RealTime = 1;
 
   tabs_ = new QTabBar(this);
   tabs_->setObjectName(QStringLiteral("TabStrip1"));
@@ -213,9 +217,14 @@ void TrendWindow::LayoutControls() {
   place(zoomCaption_, std::max(zoomCaption_->sizeHint().width(), 60), 0);
 }
 
+bool TrendWindow::fed() const { return FindTrendFeed(slot_) != nullptr; }
+
 void TrendWindow::RedrawWholeView() {
   view_.Busy = -1;
-  if (view_.RealTime == 0) {
+  if (const TrendFeed *feed = FindTrendFeed(slot_)) {
+    feed->Fill(view_, layout_.TimeExtent());
+    bar_ = ScrollBarState{};
+  } else if (view_.RealTime == 0) {
     ReduceDisplayData(view_, Shared().Slot(slot_).Record, Period(slot_), layout_.TimeExtent(),
                       Shared().ProgramFolder, slot_);
     bar_ = SetScrollRange(view_, Shared().Slot(slot_).Record, Period(slot_));
@@ -249,6 +258,7 @@ void TrendWindow::Repaint() {
 }
 
 void TrendWindow::ScrollTo(int value) {
+  if (fed()) return;
   if (!OnScroll(view_, Shared().Slot(slot_).Record, Period(slot_), bar_, value)) return;
   view_.Busy = -1;
   RedrawWholeView();
@@ -263,14 +273,23 @@ void TrendWindow::Report(int messageId) {
   ShowMessage(this, messageId);
 }
 
-void TrendWindow::onTimeAll() { Report(ShowWholeFile(view_, Shared().Slot(slot_).Record)); }
-void TrendWindow::onEnlarge() { Report(EnlargeSpan(view_, Period(slot_))); }
-void TrendWindow::onReduce() {
-  Report(ReduceSpan(view_, Shared().Slot(slot_).Record, Period(slot_)));
+// A fed window always shows all its feed holds: the time commands leave it
+// as it is, without a message.
+void TrendWindow::onTimeAll() {
+  if (!fed()) Report(ShowWholeFile(view_, Shared().Slot(slot_).Record));
 }
-void TrendWindow::onBetweenCursors() { Report(ShowBetweenCursors(view_)); }
+void TrendWindow::onEnlarge() {
+  if (!fed()) Report(EnlargeSpan(view_, Period(slot_)));
+}
+void TrendWindow::onReduce() {
+  if (!fed()) Report(ReduceSpan(view_, Shared().Slot(slot_).Record, Period(slot_)));
+}
+void TrendWindow::onBetweenCursors() {
+  if (!fed()) Report(ShowBetweenCursors(view_));
+}
 
 void TrendWindow::onTimeSet() {
+  if (fed()) return;
   ZoomSettingDialog dialog(HighestReduction(Shared().Slot(slot_).Record), this);
   if (dialog.exec() != QDialog::Accepted) return;
   ApplyZoomSetting(view_, dialog.setting());

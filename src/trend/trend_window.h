@@ -50,7 +50,8 @@ class TrendWindow : public QWidget {
   void onTimeSet();
   void onBetweenCursors();
   void setScaleCount(int count);
-  // A new range: the level files are read again for it, then the picture is drawn.
+  // A new range: the level files are read again for it (or the slot's feed
+  // fills it), then the picture is drawn.
   void RedrawWholeView();
   // The same data drawn again, for what changes only the drawing (colours, wave
   // mode, channels on and off, scale slots and ranges, marks, date format): no
@@ -128,6 +129,8 @@ class TrendWindow : public QWidget {
 
  private:
   TrendExport exportRequest(QSize size) const;
+  // The slot's windows draw from a feed in memory (trend_feed.h).
+  bool fed() const;
   void Report(int messageId);
   void ScrollTo(int value);
   void LayoutControls();

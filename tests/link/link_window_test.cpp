@@ -29,6 +29,7 @@
 #include "link/monitor_windows.h"
 #include "record/open_record.h"
 #include "record/open_select_dialog.h"
+#include "record/working_files.h"
 #include "shell/frame/main_window.h"
 #include "shell/frame/message_service.h"
 #include "shell/init_set.h"
@@ -36,6 +37,7 @@
 #include "simulated_recorder.h"
 #include "totalize/addition_window.h"
 #include "trend/trend_window.h"
+#include "views/event_list_window.h"
 
 using namespace recscope;
 using recscope::testing::GuiHome;
@@ -97,6 +99,12 @@ struct LinkDesktop : ::testing::Test {
     }
     return count;
   }
+  // The columns the trend of slot 17 shows, or 0 without it.
+  int linkTrendColumns() {
+    for (TrendWindow *t : trends())
+      if (t->slot() == kLinkSlot) return t->view().DataColumnCount;
+    return 0;
+  }
   // The monitor started and polling, with its four windows.
   void StartMonitor() {
     ASSERT_TRUE(recorder.ready());
@@ -104,7 +112,7 @@ struct LinkDesktop : ::testing::Test {
     window.runCommand(QStringLiteral("mnuRealTime"));
     window.runCommand(QStringLiteral("mnuComunicationStart"));
     ASSERT_TRUE(messages.ids().empty());
-    ASSERT_TRUE(WaitUntil([&] { return Shared().Slot(kLinkSlot).Record.RecordCount >= 2; }, 5000));
+    ASSERT_TRUE(WaitUntil([&] { return linkTrendColumns() >= 2; }, 5000));
     ASSERT_EQ(monitorWindows(), 4);
   }
   // A copy of a sample in the home folder.
@@ -241,11 +249,18 @@ TEST_F(LinkDesktop, StartShowsTheMonitorTrendAndThreeViewsWithTheRecordersValues
   // Timer2 polls the present values: 82 requests of the read, then one a poll.
   ASSERT_TRUE(WaitUntil([&] { return recorder.Requests().size() >= 82u + 4u; }, 5000));
   EXPECT_EQ(recorder.Requests()[82], "4 86 44");
-  ASSERT_TRUE(WaitUntil([&] { return Shared().Slot(kLinkSlot).Record.RecordCount >= 3; }, 5000));
-  EXPECT_EQ(Shared().Slot(kLinkSlot).Record.FirstTime, 1700000000);
+  ASSERT_TRUE(WaitUntil([&] { return trend->view().DataColumnCount >= 3; }, 5000));
   EXPECT_EQ(Shared().Slot(kLinkSlot).Record.FilePath, file("S100000.FDT"));
-  // The trend shows the record as far as it is written.
+  // The trend shows the whole ring, drawn from memory: slot 17 has no working
+  // files, and the record's own count is never read back.
+  EXPECT_EQ(trend->view().RealTime, 1);
   EXPECT_EQ(trend->view().DisplayStart, 1700000000);
+  EXPECT_EQ(trend->view().DisplayEnd, 1700000000 + trend->view().DataColumnCount - 1);
+  EXPECT_FALSE(std::filesystem::exists(WorkingFilePath(home.folder(), kLinkSlot, 1, false)));
+  EXPECT_EQ(Shared().Slot(kLinkSlot).Record.RecordCount, 0);
+  // The simulated recorder's channel n reads n.0 (one decimal): 10n in units.
+  EXPECT_EQ(trend->view().DispData[2 * 0], 10);
+  EXPECT_EQ(trend->view().DispData[2 * 16 + 1], 170);
   EXPECT_FALSE(trend->picture().isNull());
 
   const QStringList group1{"CH01\tCH01TAG\t1.0\tUSR01ab", "CH02\tCH02TAG\t2.0\tUSR02ab",
@@ -396,8 +411,11 @@ TEST_F(LinkDesktop, RecordOpenedThroughTheMenuUnloadsTheMonitorWindowsAndThePoll
   ASSERT_NE(back, nullptr);
   EXPECT_EQ(back->slot(), kLinkSlot);
   EXPECT_EQ(back->windowTitle(), "Trend Viewer");
-  EXPECT_EQ(Shared().Slot(kLinkSlot).Record.FirstTime, 1700000000);
-  EXPECT_GE(Shared().Slot(kLinkSlot).Record.RecordCount, 2);
+  // It draws the ring, which went on filling while the window was away.
+  EXPECT_TRUE(Shared().Slot(kLinkSlot).InUse());
+  EXPECT_EQ(back->view().RealTime, 1);
+  EXPECT_EQ(back->view().DisplayStart, 1700000000);
+  EXPECT_GE(back->view().DataColumnCount, 5);
   EXPECT_EQ(Shared().OpenFileCount, 1);
 
   // The end closes the monitor's trend and leaves the record's.
@@ -482,6 +500,73 @@ TEST_F(LinkDesktop, TrendDisplayBringsUpTheMonitorTrendOfSlot17) {
   // Without the monitor and its trend the command does nothing.
   window.runCommand(QStringLiteral("mnuWindowTrando"));
   EXPECT_TRUE(trends().isEmpty());
+}
+
+TEST_F(LinkDesktop, AlarmListButtonListsTheAlarmsOfTheRecordBeingWrittenWhileTheTrendDrawsTheRing) {
+  StartMonitor();
+  QMdiArea *mdi = window.mdiArea();
+  TrendWindow *trend = trends().front();
+  ASSERT_EQ(trend->slot(), kLinkSlot);
+  mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(trend->parentWidget()));
+  ASSERT_TRUE(toolButton(14)->isEnabled());
+  toolButton(14)->trigger();
+  auto *list = window.findChild<EventListWindow *>("frmEventlist");
+  ASSERT_NE(list, nullptr);
+  EXPECT_TRUE(messages.ids().empty());
+  EXPECT_EQ(list->slot(), kLinkSlot);
+  EXPECT_TRUE(list->isVisible());
+  // The record read as far as written: the two alarms the recorder raised at
+  // its first sample.
+  EXPECT_EQ(Shared().Slot(kLinkSlot).Alarms.AlarmCount, 2);
+  ASSERT_EQ(list->grid().size(), 3u);
+  EXPECT_EQ(list->grid()[1],
+            (std::vector<std::string>{"2023/11/14 22:13:20", "1", "1", "H", "発生"}));
+  EXPECT_EQ(list->grid()[2][0], "2023/11/14 22:13:20");
+  // The trend goes on drawing the ring beside it.
+  const int before = trend->view().DataColumnCount;
+  ASSERT_TRUE(WaitUntil([&] { return trend->view().DataColumnCount >= before + 2; }, 5000));
+  EXPECT_EQ(trend->view().DisplayEnd,
+            trend->view().DisplayStart + trend->view().DataColumnCount - 1);
+  // The time commands leave the ring's view alone, without a message.
+  const std::int32_t start = trend->view().DisplayStart;
+  trend->onEnlarge();
+  trend->onReduce();
+  trend->onTimeAll();
+  EXPECT_TRUE(messages.ids().empty());
+  EXPECT_EQ(trend->view().DisplayStart, start);
+  // The end closes the list with the monitor's windows.
+  window.runCommand(QStringLiteral("mnuComunicationEnd"));
+  Wait(50);
+  EXPECT_EQ(window.findChild<EventListWindow *>("frmEventlist"), nullptr);
+  EXPECT_EQ(monitorWindows(), 0);
+  EXPECT_FALSE(std::filesystem::exists(WorkingFilePath(home.folder(), kLinkSlot, 1, false)));
+}
+
+TEST_F(LinkDesktop, OrientationSwitchDuringTheMonitorGivesAVerticalTrendThatGoesOnDrawingTheRing) {
+  StartMonitor();
+  ASSERT_TRUE(window.command(QStringLiteral("mnuViewTrendVer"))->isEnabled());
+  window.command(QStringLiteral("mnuViewTrendVer"))->trigger();
+  Wait(50);
+  ASSERT_EQ(trends().size(), 1);
+  TrendWindow *vertical = trends().front();
+  EXPECT_EQ(vertical->objectName(), "frmTrend2");
+  EXPECT_EQ(vertical->slot(), kLinkSlot);
+  EXPECT_EQ(vertical->windowTitle(), "Trend Viewer");
+  EXPECT_EQ(vertical->view().RealTime, 1);
+  EXPECT_TRUE(Shared().Slot(kLinkSlot).InUse());
+  EXPECT_EQ(monitorWindows(), 4);
+  const int before = vertical->view().DataColumnCount;
+  ASSERT_TRUE(WaitUntil([&] { return vertical->view().DataColumnCount >= before + 2; }, 5000));
+  EXPECT_EQ(vertical->view().DisplayStart, 1700000000);
+  EXPECT_TRUE(messages.ids().empty());
+  window.command(QStringLiteral("mnuViewTrendHori"))->trigger();
+  Wait(50);
+  ASSERT_EQ(trends().size(), 1);
+  EXPECT_EQ(trends().front()->objectName(), "frmTrend");
+  window.runCommand(QStringLiteral("mnuComunicationEnd"));
+  Wait(50);
+  EXPECT_EQ(monitorWindows(), 0);
+  EXPECT_FALSE(Shared().Slot(kLinkSlot).InUse());
 }
 
 }  // namespace

@@ -19,7 +19,8 @@ Values (k counts records from 1):
   "G  "  GNEM "GROUP %d" % k, GCmm: 10 * (k - 1) + mm for k <= 3;
          for k = 4: 128 + mm for mm <= 5, else 0
   "V  "  GTIM 1700000000 + number of present-value reads, low word first;
-         DIB 0b10101, ALMB word 0 = 0x0021, PV channel c: 10 * c
+         DIB 0b10101, ALMB word 0 = 0x0021, PV channel c: 10 * c, or with
+         --waves a slow wave around it (for pictures, not for the tests)
 A text puts its first character in the low byte of a register.
 
 Faults are read from the --control file: each line "KIND COUNT [ARG]" queues
@@ -52,6 +53,7 @@ src/link/card_read.h); each command's status reads back busy once, then 0, 254
 or 255. Every command is logged to --card-log as "CNTL INDEX FILE".
 """
 import argparse
+import math
 import os
 import struct
 import sys
@@ -118,7 +120,8 @@ def load_card(path):
 
 
 class Recorder:
-    def __init__(self, groups, card_path=None, card_log=None):
+    def __init__(self, groups, card_path=None, card_log=None, waves=False):
+        self.waves = waves
         self.card_path = card_path
         self.card = None
         self.card_loaded = False
@@ -186,7 +189,13 @@ class Recorder:
         self.put("V  ", 1, "GTIM", [when & 0xFFFF, when >> 16])
         self.put("V  ", 1, "DIB ", [0b10101])
         self.put("V  ", 1, "ALMB", [self.alarm_word])
-        self.put("V  ", 1, "PV  ", [10 * c for c in range(1, 31)])
+        self.put("V  ", 1, "PV  ", [self.value(c) for c in range(1, 31)])
+
+    def value(self, c):
+        if not self.waves:
+            return 10 * c
+        phase = self.present_reads / (12.0 + c) + c
+        return int(10 * c + 60 * math.sin(phase) + 15 * math.sin(7.3 * phase)) & 0xFFFF
 
     def group_address(self, name):
         g = self.groups.get(name)
@@ -345,9 +354,10 @@ def main():
     parser.add_argument("--ready")
     parser.add_argument("--card")
     parser.add_argument("--card-log")
+    parser.add_argument("--waves", action="store_true")
     args = parser.parse_args()
 
-    recorder = Recorder(parse_initset(args.initset), args.card, args.card_log)
+    recorder = Recorder(parse_initset(args.initset), args.card, args.card_log, args.waves)
     faults = Faults(args.control)
     port = serial.Serial(args.device, 19200, timeout=0.2)
     log = open(args.log, "a") if args.log else None
