@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iterator>
+#include <thread>
 
 #include "shell/civil_time.h"
 #include "simulated_recorder.h"
@@ -189,6 +191,26 @@ TEST(MonitorCli, AFailedPollIsAnsweredYesAndExits2WithItsMessage) {
   EXPECT_LT(run.seconds, 15.0);
   // The record keeps the sample that came.
   EXPECT_EQ(ReadAll(recorder.path("home/S100000.FDT")).size(), kMonitorHead + 66);
+}
+
+TEST(MonitorCli, TheCablePulledInTheMiddleEndsWithExit2And11102AndTheRecordKeepsWholeSamples) {
+  SimulatedRecorder recorder;
+  ASSERT_TRUE(recorder.ready());
+  std::future<CliRun> running = std::async(
+      std::launch::async, [&recorder] { return Cli(recorder, "--seconds 20", "monitor"); });
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+  while (recorder.Requests().size() < kSetupRequests + 3 &&
+         std::chrono::steady_clock::now() < limit)
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  ASSERT_GE(recorder.Requests().size(), kSetupRequests + 3);
+  recorder.Unplug();
+  const CliRun run = running.get();
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err.rfind("error 11102: ", 0), 0u) << run.err;
+  EXPECT_LT(run.seconds, 15.0);
+  const std::size_t size = ReadAll(recorder.path("home/S100000.FDT")).size();
+  ASSERT_GE(size, kMonitorHead + 3 * 66);
+  EXPECT_EQ((size - kMonitorHead) % 66, 0u);
 }
 
 TEST(MonitorCli, AReplyStoppingAtSixBytesEndsAfterTimeoutWithExit3) {

@@ -569,4 +569,20 @@ TEST_F(LinkDesktop, OrientationSwitchDuringTheMonitorGivesAVerticalTrendThatGoes
   EXPECT_FALSE(Shared().Slot(kLinkSlot).InUse());
 }
 
+TEST_F(LinkDesktop, CablePulledDuringTheMonitorAsksTheQuestionAndYesEndsItKeepingTheRecord) {
+  StartMonitor();
+  messages.setAnswer(QMessageBox::Yes);
+  recorder.Unplug();
+  ASSERT_TRUE(WaitUntil([&] { return !messages.ids().empty(); }, 10000));
+  Wait(50);
+  // Four attempts without an answer: the time-out, then the question.
+  EXPECT_EQ(messages.ids(), (std::vector<int>{11102, 11100}));
+  EXPECT_TRUE(enabled("mnuComunicationStart"));
+  EXPECT_FALSE(enabled("mnuComunicationEnd"));
+  EXPECT_EQ(monitorWindows(), 0);
+  RecordSlot written;
+  ASSERT_EQ(ReadRecordFamily(Shared(), file("S100000.FDT"), written), 0);
+  EXPECT_GE(written.Record.RecordCount, 2);
+}
+
 }  // namespace

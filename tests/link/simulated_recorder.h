@@ -80,6 +80,14 @@ class SimulatedRecorder {
   // The card commands the recorder has taken, one "CNTL INDEX FILE" each.
   std::vector<std::string> CardCommands() const { return Lines(path("cardlog")); }
 
+  // The cable pulled: the recorder and the pseudo-terminal pair are gone, and
+  // the program's end of the line with them.
+  void Unplug() {
+    Stop(sim_);
+    Stop(socat_);
+    sim_ = socat_ = 0;
+  }
+
  private:
   static std::vector<std::string> Lines(const std::string &file) {
     std::vector<std::string> lines;
