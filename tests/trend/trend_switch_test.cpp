@@ -103,7 +103,8 @@ TEST_F(SwitchFixture, MenuSwitchShowsTheWholeFileAndKeepsCursorsSavedFlagAndGrou
   // the plot's width as it spanned the horizontal plot's height.
   const double extent = fresh->zonePlotExtent();
   ASSERT_GT(extent, 0);
-  const TrendGroup &group = view.Group();
+  // A copy: the vertical window and its view go with the switch back below.
+  const TrendGroup group = view.Group();
   for (std::size_t p = 0; p < group.ZoneHeight.size(); ++p) {
     if (group.ChannelNo[p] == 0) continue;
     const double share = before.Groups[1].ZoneHeight[p] / oldExtent;
