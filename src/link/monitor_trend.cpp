@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "trend/column_fold.h"
+
 namespace recscope {
 
 namespace {
@@ -45,7 +47,6 @@ void MonitorTrendFill(TrendView &view, const MonitorRing &ring, const RecordFile
   const int analogs = std::min<int>(static_cast<int>(info.Channels.size()), kMonitorChannels);
   const int inputs = std::min<int>(static_cast<int>(info.Dis.size()), kMonitorDis);
   const int N = static_cast<int>(info.Channels.size() + info.Dis.size());
-  const int rowValues = 2 * N;
   const std::int64_t pitch = std::max<std::int32_t>(view.ColumnPitch, 1);
   const std::int64_t P = std::max<std::int64_t>(timeExtent / pitch, 1);
   const auto S = static_cast<std::int64_t>(order.size());
@@ -58,41 +59,19 @@ void MonitorTrendFill(TrendView &view, const MonitorRing &ring, const RecordFile
       order.empty() ? 0 : static_cast<std::int32_t>(ring.value(kTimeRow, order.back()));
   view.ColumnCount = static_cast<std::int32_t>(std::min(S, P));
   view.DataColumnCount = view.ColumnCount;
-  view.DispRows = rowValues;
-  view.DispData.assign(static_cast<std::size_t>(view.DataColumnCount) * rowValues, 0);
-
-  // One sample as a record's row: a unit value per channel, inputs behind.
   std::vector<double> factor(static_cast<std::size_t>(analogs));
   for (int c = 0; c < analogs; ++c)
     factor[static_cast<std::size_t>(c)] =
         std::pow(10.0, info.Channels[static_cast<std::size_t>(c)].Decimals);
-  std::vector<std::int16_t> row(static_cast<std::size_t>(N), 0);
-  auto readRow = [&](int index) {
+  // A sample as a record's row: a unit value per channel, inputs behind.
+  FoldSamplesIntoColumns(view, S, P, N, [&](std::int64_t i, std::int16_t *values) {
+    const int index = order[static_cast<std::size_t>(i)];
     for (int c = 0; c < analogs; ++c)
-      row[static_cast<std::size_t>(c)] =
+      values[c] =
           Units(ring.value(kFirstChannelRow + c, index), factor[static_cast<std::size_t>(c)]);
     for (int d = 0; d < inputs; ++d)
-      row[static_cast<std::size_t>(analogs + d)] = Units(ring.value(kFirstInputRow + d, index), 1);
-  };
-  std::int64_t i = 0;
-  std::int64_t prev = 0;
-  for (std::int64_t j = 1; j <= view.DataColumnCount; ++j) {
-    std::int64_t m = 1;
-    if (S > P) {
-      const std::int64_t upTo = (j * S) / P;
-      m = upTo - prev;
-      prev = upTo;
-    }
-    std::int16_t *column = &view.DispData[static_cast<std::size_t>(j - 1) * rowValues];
-    for (std::int64_t k = 1; k <= m && i < S; ++k, ++i) {
-      readRow(order[static_cast<std::size_t>(i)]);
-      for (int c = 0; c < N; ++c) {
-        const std::int16_t v = row[static_cast<std::size_t>(c)];
-        column[2 * c] = k == 1 ? v : std::min(column[2 * c], v);
-        column[2 * c + 1] = k == 1 ? v : std::max(column[2 * c + 1], v);
-      }
-    }
-  }
+      values[analogs + d] = Units(ring.value(kFirstInputRow + d, index), 1);
+  });
 }
 
 }  // namespace recscope

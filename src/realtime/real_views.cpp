@@ -7,6 +7,7 @@
 #include "record/record_fields.h"
 #include "record/value_text.h"
 #include "shell/civil_time.h"
+#include "trend/column_fold.h"
 
 namespace recscope {
 
@@ -77,40 +78,14 @@ void RealTrendFill(TrendView &view, const RealtimeState &state, std::int32_t tim
   view.LevelInUse = 0;
 
   const int N = ring.allocated() ? ring.channels() : 0;
-  const int rowValues = 2 * N;
-  view.DispRows = rowValues;
-  view.DispData.assign(static_cast<std::size_t>(view.DataColumnCount) * rowValues, 0);
-  std::vector<std::int16_t> sample(static_cast<std::size_t>(N), 0);
-  std::int64_t i = 0;
-  std::int64_t prev = 0;
-  for (std::int64_t j = 1; j <= view.DataColumnCount; ++j) {
-    std::int64_t m = 1;
-    if (S > P) {
-      const std::int64_t upTo = (j * S) / P;
-      m = upTo - prev;
-      prev = upTo;
-    }
-    std::int16_t *column = &view.DispData[static_cast<std::size_t>(j - 1) * rowValues];
-    for (std::int64_t k = 1; k <= m && i < S; ++k, ++i) {
-      // sample i of S, the oldest first, stands for this time and this slot
-      const std::int64_t time = view.DisplayStart + i * cycle;
-      const std::int32_t slot = SlotOffset(newestSlot, i - (S - 1));
-      const bool held = N > 0 && ring.Valid(slot) == 1 && ring.Time(slot) == time;
-      for (int c = 0; c < N; ++c)
-        sample[static_cast<std::size_t>(c)] =
-            held ? static_cast<std::int16_t>(ring.Value(slot, c)) : std::int16_t{0};
-      for (int c = 0; c < N; ++c) {
-        const std::int16_t v = sample[static_cast<std::size_t>(c)];
-        if (k == 1) {
-          column[2 * c] = v;
-          column[2 * c + 1] = v;
-        } else {
-          column[2 * c] = std::min(column[2 * c], v);
-          column[2 * c + 1] = std::max(column[2 * c + 1], v);
-        }
-      }
-    }
-  }
+  FoldSamplesIntoColumns(view, S, P, N, [&](std::int64_t i, std::int16_t *values) {
+    // sample i of S, the oldest first, stands for this time and this slot
+    const std::int64_t time = view.DisplayStart + i * cycle;
+    const std::int32_t slot = SlotOffset(newestSlot, i - (S - 1));
+    const bool held = N > 0 && ring.Valid(slot) == 1 && ring.Time(slot) == time;
+    for (int c = 0; c < N; ++c)
+      values[c] = held ? static_cast<std::int16_t>(ring.Value(slot, c)) : std::int16_t{0};
+  });
 }
 
 std::string RealValueText(const RealtimeState &state, int channel0, std::int32_t raw) {
