@@ -1,6 +1,7 @@
 #include "trend/trend_export.h"
 
 #include "trend/render_request.h"
+#include "trend/trend_feed.h"
 #include "trend/trend_layout.h"
 
 namespace recscope {
@@ -26,7 +27,11 @@ Prepared Prepare(const TrendExport &e) {
   p.layout = LayoutTrend(p.request.widthPx * twips, p.request.heightPx * twips,
                          p.view.Group().ShownScales, e.horizontal);
   ResizeZones(p.view, e.zoneOrigin, e.zoneExtent, p.layout.PlotOrigin(), p.layout.ValueExtent());
-  ReduceForLayout(p.request, p.view, p.layout);
+  // A window fed from memory is exported from its feed: its slot has no level files.
+  if (const TrendFeed *feed = FindTrendFeed(e.slot))
+    feed->Fill(p.view, p.layout.TimeExtent());
+  else
+    ReduceForLayout(p.request, p.view, p.layout);
   return p;
 }
 

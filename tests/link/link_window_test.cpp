@@ -4,10 +4,13 @@
 // window with the menus as they stand after it.
 #include <gtest/gtest.h>
 #include <QAction>
+#include <QClipboard>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
+#include <QGuiApplication>
+#include <QImage>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -16,6 +19,7 @@
 #include <QTabBar>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -417,6 +421,27 @@ TEST_F(LinkDesktop, RecordOpenedThroughTheMenuUnloadsTheMonitorWindowsAndThePoll
   EXPECT_EQ(back->view().DisplayStart, 1700000000);
   EXPECT_GE(back->view().DataColumnCount, 5);
   EXPECT_EQ(Shared().OpenFileCount, 1);
+  // With a record open the picture commands are on, and the copy of the
+  // monitor's trend draws the ring too (the slot has no level files to read):
+  // the ten channels of group 1 read 1.0 to 10.0, so their coloured lines run
+  // across the plot at heights of their own.
+  ASSERT_TRUE(enabled("mnuEditCopyImage"));
+  QGuiApplication::clipboard()->clear();
+  window.command(QStringLiteral("mnuEditCopyImage"))->trigger();
+  const QImage copied = QGuiApplication::clipboard()->image();
+  ASSERT_FALSE(copied.isNull());
+  int waveRows = 0;
+  for (int y = 0; y < copied.height(); ++y) {
+    int coloured = 0;
+    for (int x = 0; x < copied.width(); ++x) {
+      const QRgb p = copied.pixel(x, y);
+      const int hi = std::max({qRed(p), qGreen(p), qBlue(p)});
+      const int lo = std::min({qRed(p), qGreen(p), qBlue(p)});
+      if (hi - lo > 40) ++coloured;
+    }
+    if (coloured > copied.width() / 4) ++waveRows;
+  }
+  EXPECT_GE(waveRows, 6);  // 8 here; a copy of zeros gives 3
 
   // The end closes the monitor's trend and leaves the record's.
   window.runCommand(QStringLiteral("mnuComunicationEnd"));
