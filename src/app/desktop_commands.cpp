@@ -76,6 +76,17 @@ void RedrawAll(QMdiArea *mdi) {
 }
 
 // The list window of the current slot opens, or comes to the front when it stands.
+// A trend fed from memory keeps no working files: a list or a print of its
+// slot reads the record as far as it is written first. False (the refusal
+// shown) when that read fails.
+bool ReadFedRecord(TrendWindow *trend) {
+  const TrendFeed *feed = FindTrendFeed(trend->slot());
+  if (!feed || !feed->ReadRecord) return true;
+  const int id = feed->ReadRecord();
+  if (id != 0) ShowMessage(trend, id);
+  return id == 0;
+}
+
 void OpenSlotView(QMdiArea *mdi, SlotWindowKind kind) {
   TrendWindow *trend = CurrentTrendWindow(mdi);
   if (!trend) return;
@@ -83,14 +94,7 @@ void OpenSlotView(QMdiArea *mdi, SlotWindowKind kind) {
     mdi->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
     return;
   }
-  // A trend fed from memory keeps no working files: the list reads the record
-  // as far as it is written.
-  if (const TrendFeed *feed = FindTrendFeed(trend->slot()); feed && feed->ReadRecord)
-    if (const int id = feed->ReadRecord(); id != 0) {
-      ShowMessage(trend, id);
-      return;
-    }
-  OpenSlotWindow(mdi, trend->slot(), kind);
+  if (ReadFedRecord(trend)) OpenSlotWindow(mdi, trend->slot(), kind);
 }
 
 // The copy commands act on the active list window, else on the current slot's.
@@ -284,10 +288,12 @@ void ConnectDesktopCommands(MainWindow &window) {
 
   // Print and its preview, of the current trend window's view.
   window.setCommandHandler("mnuFilePrint", [frame, mdi] {
-    if (TrendWindow *trend = CurrentTrendWindow(mdi)) PrintTrendWindow(*trend, frame);
+    if (TrendWindow *trend = CurrentTrendWindow(mdi); trend && ReadFedRecord(trend))
+      PrintTrendWindow(*trend, frame);
   });
   window.setCommandHandler("mnuFileV", [frame, mdi] {
-    if (TrendWindow *trend = CurrentTrendWindow(mdi)) ShowPrintPreview(trend, frame);
+    if (TrendWindow *trend = CurrentTrendWindow(mdi); trend && ReadFedRecord(trend))
+      ShowPrintPreview(trend, frame);
   });
   // The recorder link's Communication menu.
   ConnectLinkCommands(window);

@@ -31,6 +31,7 @@
 #include "link/command_driver.h"
 #include "link/link_commands.h"
 #include "link/monitor_windows.h"
+#include "print/print_preview_window.h"
 #include "record/open_record.h"
 #include "record/open_select_dialog.h"
 #include "record/working_files.h"
@@ -442,6 +443,17 @@ TEST_F(LinkDesktop, RecordOpenedThroughTheMenuUnloadsTheMonitorWindowsAndThePoll
     if (coloured > copied.width() / 4) ++waveRows;
   }
   EXPECT_GE(waveRows, 6);  // 8 here; a copy of zeros gives 3
+  // The print preview reads the record as far as written into the slot first.
+  window.command(QStringLiteral("mnuFileV"))->trigger();
+  auto *preview = window.findChild<PrintPreviewWindow *>("frmPrintpreview");
+  ASSERT_NE(preview, nullptr);
+  EXPECT_TRUE(messages.ids().empty());
+  EXPECT_GE(Shared().Slot(kLinkSlot).Record.RecordCount, 5);
+  EXPECT_EQ(Shared().Slot(kLinkSlot).Record.FirstTime, 1700000000);
+  EXPECT_GE(preview->pageCount(), 1);
+  EXPECT_FALSE(preview->pageImage().isNull());
+  preview->close();
+  Wait(20);
 
   // The end closes the monitor's trend and leaves the record's.
   window.runCommand(QStringLiteral("mnuComunicationEnd"));
