@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFocusEvent>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 
 #include <filesystem>
@@ -105,9 +106,11 @@ TEST_F(RealSetWindow, MenuShowsTheDialogWithDefaultsAndCmdShowWritesTheKeysByteF
     dialog->findChild<QLineEdit *>(QStringLiteral("IP_%1").arg(i))->setText(address[i]);
   control<QLineEdit>(dialog, "txtSno")->setText(QStringLiteral("7"));
   cycle->setCurrentIndex(4);
+  // cmdShow closes the dialog, which deletes itself: watched through a guard.
+  const QPointer<RealSetDialog> shown = dialog;
   control<QPushButton>(dialog, "cmdShow")->click();
   QCoreApplication::processEvents();
-  EXPECT_FALSE(dialog->isVisible());
+  EXPECT_TRUE(!shown || !shown->isVisible());
   EXPECT_EQ(trendOpened, 1);
   EXPECT_EQ(Bytes(ini()), before +
                               "[REALTIME]\r\nCOMMUNICATION=0\r\nSTATION=7\r\nCOM=1\r\n"
