@@ -49,17 +49,7 @@ void RealDisplayFromSetup(RealtimeState &state) {
     RealDisplayChannel &d = state.Display[c];
     d.Tag1 = TextAt(FixedCp932(r.Tag1, kTagBytes), 0, kTagBytes);
     d.Tag2 = TextAt(FixedCp932(r.Tag2, kTagBytes), 0, kTagBytes);
-    d.ColorNo = static_cast<std::int16_t>(r.ColorNo);
-    d.InputType = static_cast<std::int16_t>(r.InputType);
-    d.UnitCode = static_cast<std::int16_t>(r.UnitCode);
-    d.Decimals = static_cast<std::int16_t>(r.CommonPoint != 0 ? state.CommonPoint : r.Decimals);
-    d.ScaleLow = static_cast<std::int16_t>(r.ScaleLow);
-    d.ScaleHigh = static_cast<std::int16_t>(r.ScaleHigh);
-    d.RangeLow = static_cast<std::int16_t>(r.RangeLow);
-    d.RangeHigh = static_cast<std::int16_t>(r.RangeHigh);
-    d.ExponentLow = static_cast<std::int16_t>(r.ExponentLow);
-    d.ExponentHigh = static_cast<std::int16_t>(r.ExponentHigh);
-    RealWidenScale(d.ScaleLow, d.ScaleHigh, r.ScaleKind);
+    RealDisplayNumbers(r, state.CommonPoint, d);
   }
   state.GroupSizes.assign(state.Groups.size(), 0);
   state.TabNames = {"G9"};

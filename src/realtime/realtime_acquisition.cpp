@@ -159,17 +159,7 @@ void BuildDisplay(RealtimeState &state, std::span<const std::uint8_t> data,
     RealDisplayChannel &d = state.Display[c];
     d.Tag1 = LeftCp932Bytes(r.Tag1, 8);
     d.Tag2 = LeftCp932Bytes(r.Tag2, 8);
-    d.ColorNo = static_cast<std::int16_t>(r.ColorNo);
-    d.InputType = static_cast<std::int16_t>(r.InputType);
-    d.UnitCode = static_cast<std::int16_t>(r.UnitCode);
-    d.Decimals = static_cast<std::int16_t>(r.CommonPoint != 0 ? state.CommonPoint : r.Decimals);
-    d.ScaleLow = static_cast<std::int16_t>(r.ScaleLow);
-    d.ScaleHigh = static_cast<std::int16_t>(r.ScaleHigh);
-    d.RangeLow = static_cast<std::int16_t>(r.RangeLow);
-    d.RangeHigh = static_cast<std::int16_t>(r.RangeHigh);
-    d.ExponentLow = static_cast<std::int16_t>(r.ExponentLow);
-    d.ExponentHigh = static_cast<std::int16_t>(r.ExponentHigh);
-    RealWidenScale(d.ScaleLow, d.ScaleHigh, r.ScaleKind);
+    RealDisplayNumbers(r, state.CommonPoint, d);
   }
   for (int k = 0; k < kRealUserUnitCount; ++k) {
     std::string unit = LeftCp932Bytes(Text(data, 2 * kUserUnitWords, kUserUnitWords * k), 7);
@@ -306,6 +296,21 @@ void RealWidenScale(std::int16_t &scaleLow, std::int16_t &scaleHigh, std::int32_
     scaleHigh = static_cast<std::int16_t>(scaleHigh + 1);
   else
     scaleLow = static_cast<std::int16_t>(scaleLow - 1);
+}
+
+void RealDisplayNumbers(const RealChannelRecord &r, std::int32_t commonPoint,
+                        RealDisplayChannel &d) {
+  d.ColorNo = static_cast<std::int16_t>(r.ColorNo);
+  d.InputType = static_cast<std::int16_t>(r.InputType);
+  d.UnitCode = static_cast<std::int16_t>(r.UnitCode);
+  d.Decimals = static_cast<std::int16_t>(r.CommonPoint != 0 ? commonPoint : r.Decimals);
+  d.ScaleLow = static_cast<std::int16_t>(r.ScaleLow);
+  d.ScaleHigh = static_cast<std::int16_t>(r.ScaleHigh);
+  d.RangeLow = static_cast<std::int16_t>(r.RangeLow);
+  d.RangeHigh = static_cast<std::int16_t>(r.RangeHigh);
+  d.ExponentLow = static_cast<std::int16_t>(r.ExponentLow);
+  d.ExponentHigh = static_cast<std::int16_t>(r.ExponentHigh);
+  RealWidenScale(d.ScaleLow, d.ScaleHigh, r.ScaleKind);
 }
 
 void RealTakeAlarmBits(RealtimeState &state, std::span<const std::uint8_t> data) {

@@ -37,6 +37,12 @@ int RealVersionNumber(const std::string &versionText);
 // goes down by 1. Spans that are not zero stay.
 void RealWidenScale(std::int16_t &scaleLow, std::int16_t &scaleHigh, std::int32_t scaleKind);
 
+// The numbers of a display channel from its setup record: colour, input type,
+// unit, decimals (the common point when the channel takes it), the scale
+// widened, range and exponents. The tags are the caller's.
+void RealDisplayNumbers(const RealChannelRecord &record, std::int32_t commonPoint,
+                        RealDisplayChannel &display);
+
 // The alarm flags from the current value block: 4 bits a channel, 4 channels a
 // word from word 6, nibble 0 the lowest (bit 8 alarm 4 ... bit 1 alarm 1). The
 // 30-channel family takes words 0 to 4 and of word 4 the low byte (channels 1
