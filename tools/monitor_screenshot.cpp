@@ -1,8 +1,10 @@
 // Developer tool: the communication monitor as an operator sees it: "Real time
 // monitor" checked, Communication start, the setup read, then the four windows
 // filled by Timer2 for a while.
-// Usage: monitor_screenshot DEVICE INITSET SECONDS OUTPUT_PNG   (under xvfb-run,
-// with a recorder, or tests/link/sim_recorder.py, on the serial device DEVICE)
+// Usage: monitor_screenshot DEVICE INITSET SECONDS OUTPUT_PNG [WIDTH HEIGHT [vertical]]
+// (under xvfb-run, with a recorder, or tests/link/sim_recorder.py, on the serial
+// device DEVICE); the frame is 1280 x 860 unless given, the trend horizontal
+// unless "vertical".
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -11,6 +13,7 @@
 #include <QScreen>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "app/desktop_commands.h"
 #include "screenshot_home.h"
@@ -20,8 +23,10 @@
 using namespace recscope;
 
 int main(int argc, char **argv) {
-  if (argc != 5) {
-    std::fprintf(stderr, "usage: monitor_screenshot DEVICE INITSET SECONDS OUTPUT_PNG\n");
+  if (argc != 5 && argc != 7 && argc != 8) {
+    std::fprintf(stderr,
+                 "usage: monitor_screenshot DEVICE INITSET SECONDS OUTPUT_PNG"
+                 " [WIDTH HEIGHT [vertical]]\n");
     return 1;
   }
   setenv("RECSCOPE_COM1", argv[1], 1);
@@ -36,10 +41,13 @@ int main(int argc, char **argv) {
   MainWindow window;
   ConnectDesktopCommands(window);
   window.load();
-  window.setGeometry(0, 0, 1280, 860);
+  const int width = argc >= 7 ? std::atoi(argv[5]) : 1280;
+  const int height = argc >= 7 ? std::atoi(argv[6]) : 860;
+  window.setGeometry(0, 0, width, height);
   window.show();
   window.runCommand("mnuRealTime");
   window.runCommand("mnuComunicationStart");
+  if (argc == 8 && std::string(argv[7]) == "vertical") window.runCommand("mnuViewTrendVer");
   QElapsedTimer clock;
   clock.start();
   while (clock.elapsed() < 1000 * std::atoi(argv[3]))

@@ -582,10 +582,13 @@ TEST_F(LinkDesktop, AlarmListButtonListsTheAlarmsOfTheRecordBeingWrittenWhileThe
 TEST_F(LinkDesktop, OrientationSwitchDuringTheMonitorGivesAVerticalTrendThatGoesOnDrawingTheRing) {
   StartMonitor();
   ASSERT_TRUE(window.command(QStringLiteral("mnuViewTrendVer"))->isEnabled());
+  const QRect place = trends().front()->parentWidget()->geometry();
   window.command(QStringLiteral("mnuViewTrendVer"))->trigger();
   Wait(50);
   ASSERT_EQ(trends().size(), 1);
   TrendWindow *vertical = trends().front();
+  // The new form takes the tiled place of the old one.
+  EXPECT_EQ(vertical->parentWidget()->geometry(), place);
   EXPECT_EQ(vertical->objectName(), "frmTrend2");
   EXPECT_EQ(vertical->slot(), kLinkSlot);
   EXPECT_EQ(vertical->windowTitle(), "Trend Viewer");

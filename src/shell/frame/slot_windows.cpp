@@ -276,11 +276,20 @@ void SwitchTrendOrientation(QMdiArea *mdi, bool horizontal) {
     const std::int32_t origin = old->zonePlotOrigin();
     const std::int32_t extent = old->zonePlotExtent();
     const int slot = old->slot();
+    // The new window takes the old one's place in the frame.
+    const QRect place = sub->geometry();
+    const bool maximized = sub->isMaximized();
     // The slot goes on in the new window: this close neither asks nor frees it.
     QObject::disconnect(old, &TrendWindow::closed, nullptr, nullptr);
     old->setAskOnClose(false);
     sub->close();
     auto *fresh = static_cast<TrendWindow *>(OpenSlotWindow(mdi, slot, SlotWindowKind::kTrend));
+    if (auto *freshSub = qobject_cast<QMdiSubWindow *>(fresh->parentWidget())) {
+      if (maximized)
+        freshSub->showMaximized();
+      else
+        freshSub->setGeometry(place);
+    }
     fresh->keepFrom(keep, origin, extent);
   }
 }
